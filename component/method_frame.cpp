@@ -1,0 +1,49 @@
+// Counting, reporting and field reads shared by the readers; key conditions of the queries.
+#include "component/method_frame.h"
+
+#include "component/brindleway.h"
+
+namespace brindlewayProj::component {
+
+Integer NarrowCount(Long count) { return CInt(Variant(count)); }
+
+Integer CountRows(dao::Recordset& rows) {
+  if (rows.RecordCount() < 1) return 0;
+  rows.MoveLast(0);
+  Integer count = NarrowCount(rows.RecordCount());
+  rows.MoveFirst();
+  return count;
+}
+
+void ReportCount(const String& methodName, String& ReturnMsg, Integer count) {
+  if (count > 0) {
+    ReturnMsg = ComposeReturnMsg(methodName, brindleway::CompInfo,
+                                 "Found " + std::to_string(count) + " records");
+  } else {
+    ReturnMsg = ComposeReturnMsg(methodName, brindleway::CompWarning, "Did not find any records");
+  }
+}
+
+bool FieldHasValue(const dao::Recordset& rows, const String& name) {
+  Variant field(Deref(rows.Fields()).Item(name));
+  return HasValue(field);
+}
+
+Variant FieldValue(const dao::Recordset& rows, const String& name) {
+  return Deref(Deref(rows.Fields()).Item(name)).Value();
+}
+
+String FieldTextOrEmpty(const dao::Recordset& rows, const String& name) {
+  return FieldHasValue(rows, name) ? CStr(FieldValue(rows, name)) : String("<Empty>");
+}
+
+String KeyCondition(const String& field, Long key) {
+  return "Where ( [" + field + "] = " + std::to_string(key) + " )";
+}
+
+String KeyCondition(const String& field1, Long key1, const String& field2, Long key2) {
+  return "Where ( [" + field1 + "] = " + std::to_string(key1) + " AND [" + field2 +
+         "] = " + std::to_string(key2) + " )";
+}
+
+}  // namespace brindlewayProj::component

@@ -1,0 +1,83 @@
+// The mechanisms every public method shares: the failure path, the count-and-narrow step of
+// the readers, the row walk, field reads by HasValue, and the key conditions of the queries.
+#pragma once
+
+#include <exception>
+#include <new>
+
+#include "component/return_msg.h"
+#include "dataaccess/dao.h"
+
+namespace brindlewayProj::component {
+
+// Runs a method's steps under its failure path. The current failure is cleared first; a
+// failure in the steps gives status -1 and a CompError message with the failure's
+// description, and then `afterMessage` runs (the rollback of the transaction methods). A
+// failure in `afterMessage` leaves the call, with ReturnMsg already written.
+template <class Steps, class AfterMessage>
+Integer RunUnderFailurePath(const String& methodName, String& ReturnMsg, Steps&& steps,
+                            AfterMessage&& afterMessage) {
+  platform::ErrObject& err = platform::Err();
+  err.Clear();
+  try {
+    return steps();
+  } catch (const platform::Error& failure) {
+    err.Set(failure);
+  } catch (const std::bad_alloc&) {
+    err.Set(platform::Error(platform::errOutOfMemory));
+  } catch (const std::exception& failure) {
+    err.Set(platform::Error(platform::errInternal, failure.what()));
+  }
+  ReturnMsg = ComposeReturnMsg(methodName, 0, Variant::Missing());
+  afterMessage();
+  return -1;
+}
+
+// The failure path of the methods without a transaction.
+template <class Steps>
+Integer RunUnderFailurePath(const String& methodName, String& ReturnMsg, Steps&& steps) {
+  return RunUnderFailurePath(methodName, ReturnMsg, std::forward<Steps>(steps), [] {});
+}
+
+// The failure path of the four methods with a transaction: message first, then Rollback on
+// the workspace (Nothing raises 91 and leaves the call).
+template <class Steps>
+Integer RunInTransaction(const String& methodName, String& ReturnMsg,
+                         const std::shared_ptr<dao::Workspace>& workspace, Steps&& steps) {
+  return RunUnderFailurePath(methodName, ReturnMsg, std::forward<Steps>(steps),
+                             [&workspace] { Deref(workspace).Rollback(); });
+}
+
+// A Long count narrowed to the Integer status; above 32767 raises 6 "Overflow".
+Integer NarrowCount(Long count);
+
+// Counts a freshly opened recordset: 0 when it has no rows; otherwise MoveLast, the total
+// narrowed to an Integer, and MoveFirst, so that the first row is current.
+Integer CountRows(dao::Recordset& rows);
+
+// The message of a counting reader: "Found n records" at CompInfo, or for 0 the warning
+// "Did not find any records".
+void ReportCount(const String& methodName, String& ReturnMsg, Integer count);
+
+// Walks from the current row to the end: `row()` for each row, then MoveNext; Eof is read
+// before each row.
+template <class Row>
+void ForEachRow(dao::Recordset& rows, Row&& row) {
+  while (!rows.Eof()) {
+    row();
+    rows.MoveNext();
+  }
+}
+
+// HasValue on the named Field of the current row (the Field is fetched anew for each use).
+bool FieldHasValue(const dao::Recordset& rows, const String& name);
+// The named field's Value in the current row.
+Variant FieldValue(const dao::Recordset& rows, const String& name);
+// A listing's text of a field: its value as String, or "<Empty>" when it has no value.
+String FieldTextOrEmpty(const dao::Recordset& rows, const String& name);
+
+// "Where ( [Field] = n )" and "Where ( [Field1] = n AND [Field2] = m )".
+String KeyCondition(const String& field, Long key);
+String KeyCondition(const String& field1, Long key1, const String& field2, Long key2);
+
+}  // namespace brindlewayProj::component

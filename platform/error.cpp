@@ -1,0 +1,48 @@
+// Runtime error texts, the Error exception and the per-thread current failure.
+#include "platform/error.h"
+
+namespace brindlewayProj::platform {
+
+String RuntimeErrorText(Long number) {
+  switch (number) {
+    case errInvalidProcedureCall: return "Invalid procedure call or argument";
+    case errOverflow: return "Overflow";
+    case errOutOfMemory: return "Out of memory";
+    case errSubscriptOutOfRange: return "Subscript out of range";
+    case errTypeMismatch: return "Type mismatch";
+    case errInternal: return "Internal error";
+    case errFileNotFound: return "File not found";
+    case errInputPastEndOfFile: return "Input past end of file";
+    case errPathFileAccess: return "Path/File access error";
+    case errObjectNotSet: return "Object variable or With block variable not set";
+    case errInvalidUseOfNull: return "Invalid use of Null";
+    case errObjectDoesNotSupport: return "Object doesn't support this property or method";
+    default: return "Application-defined or object-defined error";
+  }
+}
+
+Error::Error(Long number, const String& description)
+    : std::runtime_error(description), number_(number), description_(description) {}
+
+Error::Error(Long number) : Error(number, RuntimeErrorText(number)) {}
+
+void Raise(Long number) { throw Error(number); }
+
+void Raise(Long number, const String& description) { throw Error(number, description); }
+
+void ErrObject::Clear() {
+  Number = 0;
+  Description.clear();
+}
+
+void ErrObject::Set(const Error& failure) {
+  Number = failure.Number();
+  Description = failure.Description();
+}
+
+ErrObject& Err() {
+  thread_local ErrObject current;
+  return current;
+}
+
+}  // namespace brindlewayProj::platform

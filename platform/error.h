@@ -1,0 +1,57 @@
+// Runtime failures: the error numbers and texts of the host runtime, and the current failure
+// (the runtime's Err object) that a method's failure path reads.
+#pragma once
+
+#include <stdexcept>
+
+#include "platform/types.h"
+
+namespace brindlewayProj::platform {
+
+// Error numbers of the runtime itself; the store uses the 3000 range.
+enum ErrorNumber : Long {
+  errInvalidProcedureCall = 5,
+  errOverflow = 6,
+  errOutOfMemory = 7,
+  errSubscriptOutOfRange = 9,
+  errTypeMismatch = 13,
+  errInternal = 51,
+  errFileNotFound = 53,
+  errInputPastEndOfFile = 62,
+  errPathFileAccess = 75,
+  errObjectNotSet = 91,
+  errInvalidUseOfNull = 94,
+  errObjectDoesNotSupport = 438,
+};
+
+// The runtime's own text for one of its error numbers ("Overflow" for 6); an unknown
+// number gives "Application-defined or object-defined error".
+String RuntimeErrorText(Long number);
+
+// A failure as the runtime raises it: a number and a description.
+class Error : public std::runtime_error {
+ public:
+  Error(Long number, const String& description);
+  explicit Error(Long number);  // with the runtime's own text
+  Long Number() const { return number_; }
+  const String& Description() const { return description_; }
+
+ private:
+  Long number_;
+  String description_;
+};
+
+[[noreturn]] void Raise(Long number);
+[[noreturn]] void Raise(Long number, const String& description);
+
+// The current failure of the running method, as a handler sees it; cleared when a method
+// arms its failure path. One per thread, as calls run on their caller's thread.
+struct ErrObject {
+  Long Number = 0;
+  String Description;
+  void Clear();
+  void Set(const Error& failure);
+};
+ErrObject& Err();
+
+}  // namespace brindlewayProj::platform
