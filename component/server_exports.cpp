@@ -1,0 +1,70 @@
+// The entry points of the server file: unload check, class factory, registration.
+#include "component/server_exports.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "component/class_factory.h"
+#include "component/registry.h"
+
+namespace brindlewayProj::server {
+namespace {
+
+// A function of this file only: its address names this file even when another copy of the
+// server is loaded in the same process.
+void AddressInThisFile() {}
+
+// The file this code was loaded from, with an absolute path, as registration records it.
+std::filesystem::path ThisServerFile() {
+  Dl_info info{};
+  if (!dladdr(reinterpret_cast<void*>(&AddressInThisFile), &info) || !info.dli_fname) {
+    platform::Raise(platform::errFileNotFound);
+  }
+  return std::filesystem::weakly_canonical(std::filesystem::absolute(info.dli_fname));
+}
+
+bool SameGuid(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, [](char x, char y) {
+    return std::toupper(static_cast<unsigned char>(x)) ==
+           std::toupper(static_cast<unsigned char>(y));
+  });
+}
+
+// Runs a change of the registry file; any failure answers kRegistrationFailed.
+template <class Change>
+HResult ChangeRegistry(Change&& change) {
+  try {
+    Registry registry = Registry::Load(RegistryFile());
+    change(registry);
+    registry.Save();
+    return kOk;
+  } catch (const std::exception&) {
+    return kRegistrationFailed;
+  }
+}
+
+}  // namespace
+}  // namespace brindlewayProj::server
+
+using namespace brindlewayProj::server;
+
+extern "C" HResult DllCanUnloadNow() { return ObjectsAlive() == 0 ? kOk : kFalse; }
+
+extern "C" HResult DllGetClassObject(const char* classGuid, ClassFactory** factory) {
+  if (!classGuid || !factory) return kPointerError;
+  *factory = nullptr;
+  if (!SameGuid(classGuid, Library().classGuid)) return kClassNotAvailable;
+  *factory = &BrindlewayClassFactory();
+  return kOk;
+}
+
+extern "C" HResult DllRegisterServer() {
+  return ChangeRegistry([](Registry& registry) { RegisterServer(registry, ThisServerFile()); });
+}
+
+extern "C" HResult DllUnregisterServer() {
+  return ChangeRegistry([](Registry& registry) { UnregisterServer(registry); });
+}

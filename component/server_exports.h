@@ -1,0 +1,39 @@
+// The four entry points of the server file, with C linkage, as clients and the registration
+// tool find them by name in brindlewayProj.so.
+#pragma once
+
+#include <cstdint>
+
+namespace brindlewayProj::server {
+class ClassFactory;
+
+// Result codes of the entry points, as the platform numbers them.
+using HResult = std::int32_t;
+inline constexpr HResult kOk = 0;
+inline constexpr HResult kFalse = 1;
+inline constexpr HResult kPointerError = static_cast<HResult>(0x80004003u);
+inline constexpr HResult kClassNotAvailable = static_cast<HResult>(0x80040111u);
+inline constexpr HResult kRegistrationFailed = static_cast<HResult>(0x80040201u);
+}  // namespace brindlewayProj::server
+
+extern "C" {
+// kOk when no object made by the factory is alive any more, otherwise kFalse.
+brindlewayProj::server::HResult DllCanUnloadNow();
+// Hands out the factory of the class `classGuid` ("{...}", in any case) in `*factory`;
+// kClassNotAvailable for another class, kPointerError for a null argument.
+brindlewayProj::server::HResult DllGetClassObject(const char* classGuid,
+                                                  brindlewayProj::server::ClassFactory** factory);
+// Enters this file in the registry (see registry.h); kRegistrationFailed when the registry
+// cannot be read or written.
+brindlewayProj::server::HResult DllRegisterServer();
+// Takes this server's entries out of the registry; kRegistrationFailed as above.
+brindlewayProj::server::HResult DllUnregisterServer();
+}
+
+// The entry points' types, for clients that look them up with dlsym.
+namespace brindlewayProj::server {
+using DllCanUnloadNowFn = decltype(&DllCanUnloadNow);
+using DllGetClassObjectFn = decltype(&DllGetClassObject);
+using DllRegisterServerFn = decltype(&DllRegisterServer);
+using DllUnregisterServerFn = decltype(&DllUnregisterServer);
+}  // namespace brindlewayProj::server

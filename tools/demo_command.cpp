@@ -1,0 +1,159 @@
+// brindleway demo: the road of a typical sale, call by call, on a sample store.
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+#include "dataaccess/dao.h"
+#include "platform/app.h"
+#include "store/schema.h"
+#include "tools/commands.h"
+#include "tools/late_call.h"
+#include "tools/session.h"
+
+namespace brindlewayProj::cli {
+namespace {
+
+constexpr const char* kDemoHelp = R"(Usage: brindleway demo [--store FILE]
+
+Walks through a typical sale on a store: StartNewOrder, ProductToBuy for three products,
+ModifyOrderQuantity, RemoveFromBasket, BasketList, BasketTable, QuantityOrdered,
+ListOpenOrders, BuyAnOrder, ListShippedOrders, OrderDetail and ListOfOrders, printing
+each call with its status, message and changed arguments. The object is created through
+the registry (run 'brindleway register' first) and connected to FILE, by default
+brindleway.mdb beside brindlewayProj.so; a missing store is created with sample data.
+
+Exit codes: 0 every call answered status 0 or more; 1 a call answered -1 or failed;
+2 a usage error; 3 the store or the object could not be used.
+)";
+
+// The first `count` values of a whole-number column, in order.
+std::vector<String> FirstKeys(dao::Database& store, const String& column, const String& table,
+                              std::size_t count) {
+  std::shared_ptr<dao::Recordset> rows =
+      store.OpenRecordset("Select [" + column + "] From [" + table + "] Order By [" + column + "]",
+                          dao::dbOpenSnapshot);
+  std::vector<String> keys;
+  for (; !Deref(rows).Eof() && keys.size() < count; rows->MoveNext()) {
+    keys.push_back(CStr(Deref(Deref(rows->Fields()).Item(column)).Value()));
+  }
+  if (keys.size() < count) {
+    platform::Raise(platform::errInvalidProcedureCall,
+                    "the store holds fewer than " + std::to_string(count) + " " + table);
+  }
+  return keys;
+}
+
+// A delivery date three days from today, as ISO text.
+String DeliveryDateText() {
+  auto day = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now()) +
+             std::chrono::days(3);
+  std::chrono::year_month_day date(day);
+  char text[16];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02u", int(date.year()), unsigned(date.month()),
+                unsigned(date.day()));
+  return text;
+}
+
+class Demo {
+ public:
+  explicit Demo(server::Dispatch& object) : object_(object) {}
+
+  // Prints and makes one call; a status below 0 or a failed call stops the demo.
+  std::vector<server::Argument> Call(const String& methodName,
+                                     const std::vector<String>& assignments) {
+    const server::MethodInfo& method = MethodNamed(methodName);
+    std::cout << "\n> " << method.name;
+    for (const String& assignment : assignments) std::cout << ' ' << assignment;
+    std::cout << '\n';
+    std::vector<server::Argument> arguments = ArgumentsFromText(method, assignments);
+    if (CInt(CallAndReport(object_, method, arguments, std::cout)) < 0) {
+      throw Stopped{};
+    }
+    return arguments;
+  }
+
+  struct Stopped {};
+
+ private:
+  server::Dispatch& object_;
+};
+
+Variant ArgumentValue(const std::vector<server::Argument>& arguments, const String& name) {
+  for (const server::Argument& argument : arguments) {
+    if (argument.name == name) return argument.value;
+  }
+  return Variant();
+}
+
+void WalkTheSale(Demo& demo, const String& customer, const std::vector<String>& products) {
+  std::vector<server::Argument> started =
+      demo.Call("StartNewOrder",
+                {"ilngCustomerId=" + customer, "iintDelivery=0", "istrDescription=Demo order"});
+  const String order = CStr(ArgumentValue(started, "olngOrderId"));
+  const String orderId = "OrderId=" + order;
+  for (std::size_t i = 0; i < products.size(); ++i) {
+    demo.Call("ProductToBuy", {"ilngOrderId=" + order, "ilngProductId=" + products[i],
+                               "ilngQuantity=" + std::to_string(i + 1)});
+  }
+  demo.Call("ModifyOrderQuantity", {orderId, "ProductId=" + products[1], "ilngQuantity=5"});
+  demo.Call("RemoveFromBasket", {orderId, "ProductId=" + products[2]});
+  demo.Call("BasketList", {orderId});
+  demo.Call("BasketTable", {orderId});
+  demo.Call("QuantityOrdered", {orderId, "ProductId=" + products[1]});
+  demo.Call("ListOpenOrders", {"istrSeparator= | ", "CustomerId=" + customer, "Delivery=0"});
+  demo.Call("BuyAnOrder", {orderId, "idtmDeliveryDate=" + DeliveryDateText(), "iintDelivery=1"});
+  demo.Call("ListShippedOrders", {"istrSeparator= | ", "CustomerId=" + customer});
+  demo.Call("OrderDetail", {orderId});
+  demo.Call("ListOfOrders", {"istrSeparator= | ", "CustomerId=" + customer});
+}
+
+}  // namespace
+
+int DemoCommand(Words words) {
+  if (AsksForHelp(words)) {
+    std::cout << kDemoHelp;
+    return kExitOk;
+  }
+  String storeFile = platform::App::Path() + "/brindleway.mdb";
+  if (words.size() == 2 && words.front() == "--store") {
+    storeFile = words[1];
+  } else if (!words.empty()) {
+    std::cerr << "brindleway: unexpected '" << words.front() << "'\n\n" << kDemoHelp;
+    return kExitUsage;
+  }
+  String customer;
+  std::vector<String> products;
+  std::shared_ptr<server::Dispatch> object;
+  try {
+    if (!std::filesystem::exists(storeFile)) {
+      store::CreateStore(storeFile, true);
+      std::cout << "created sample store " << storeFile << '\n';
+    }
+    {
+      std::shared_ptr<dao::Database> database =
+          Deref(dao::DBEngine().Workspaces(0)).OpenDatabase(storeFile);
+      customer = FirstKeys(*database, "CustomerId", "Customers", 1).front();
+      products = FirstKeys(*database, "ProductId", "Products", 3);
+    }
+    object = OpenSession(storeFile);
+  } catch (const platform::Error& failure) {
+    std::cerr << "brindleway: " << storeFile << ": " << failure.Description() << '\n';
+    return kExitEnvironment;
+  }
+  std::cout << "store " << storeFile << ", customer " << customer << '\n';
+  Demo demo(*object);
+  try {
+    WalkTheSale(demo, customer, products);
+  } catch (const Demo::Stopped&) {
+    std::cerr << "brindleway: the demo stopped at a failed call\n";
+    return kExitCallFailed;
+  } catch (const platform::Error& failure) {
+    std::cerr << "brindleway: the call failed: error " << failure.Number() << ": "
+              << failure.Description() << '\n';
+    return kExitCallFailed;
+  }
+  return kExitOk;
+}
+
+}  // namespace brindlewayProj::cli

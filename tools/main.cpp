@@ -1,0 +1,51 @@
+// The brindleway program: creates stores, registers the server, and calls the component
+// late-bound from a shell.
+#include <iostream>
+#include <string_view>
+#include <vector>
+
+#include "tools/commands.h"
+
+namespace {
+
+constexpr std::string_view kUsage = R"(Usage: brindleway COMMAND [ARGUMENTS]
+
+Commands:
+  create [--sample] FILE        write a new store file (with invented sample data)
+  register [LIBRARY]            enter the server brindlewayProj.so in the registry
+  unregister [LIBRARY]          take it out again
+  call [--store FILE] METHOD [Name=value ...]
+                                create brindlewayProj.brindleway and call one method
+  demo [--store FILE]           walk through a typical sale, printing every call
+
+'brindleway COMMAND --help' tells more. The registry is the file named by
+BRINDLEWAY_REGISTRY, else $XDG_CONFIG_HOME/brindleway/registry, else
+~/.config/brindleway/registry.
+
+Exit codes: 0 done; 1 the method answered status -1 or the call failed; 2 a usage
+error; 3 a file, the registry or the object could not be used.
+)";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace brindlewayProj::cli;
+  std::vector<brindlewayProj::String> words(argv + 1, argv + argc);
+  if (words.empty()) {
+    std::cerr << kUsage;
+    return kExitUsage;
+  }
+  const brindlewayProj::String command = words.front();
+  Words rest = Words(words).subspan(1);
+  if (command == "--help" || command == "-h" || command == "help") {
+    std::cout << kUsage;
+    return kExitOk;
+  }
+  if (command == "create") return CreateCommand(rest);
+  if (command == "register") return RegisterCommand(rest);
+  if (command == "unregister") return UnregisterCommand(rest);
+  if (command == "call") return CallCommand(rest);
+  if (command == "demo") return DemoCommand(rest);
+  std::cerr << "brindleway: unknown command '" << command << "'\n\n" << kUsage;
+  return kExitUsage;
+}

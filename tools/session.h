@@ -1,0 +1,20 @@
+// The object the call and demo commands work on: created through CreateObject, and
+// connected to a given store when one is named.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "component/dispatch.h"
+
+namespace brindlewayProj::cli {
+
+// Creates brindlewayProj.brindleway through the registry. Without `store` the object keeps the
+// connection it made at creation (brindlewayProj.ini, or brindleway.mdb beside the server).
+// With `store` it is connected to that file by DbConnect; the message box of a failed
+// connection to the default store at creation is then not shown, as that store is not used.
+// A failure raises platform::Error (429 when the object cannot be created; the DbConnect
+// message when the store cannot be opened).
+std::shared_ptr<server::Dispatch> OpenSession(const std::optional<String>& store);
+
+}  // namespace brindlewayProj::cli
