@@ -1,0 +1,68 @@
+// The server's entry points: class factory by class id, unloading by live objects, and
+// registration into the registry file.
+#include "component/server_exports.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "component/class_factory.h"
+#include "component/registry.h"
+#include "platform/app.h"
+#include "tests/support/test_support.h"
+
+namespace brindlewayProj::server {
+namespace {
+
+using testing::TempDir;
+
+TEST(ServerExportsTest, HandsOutTheFactoryOfItsOwnClassOnly) {
+  ClassFactory* factory = nullptr;
+  EXPECT_EQ(DllGetClassObject("{00000000-0000-0000-0000-000000000000}", &factory),
+            kClassNotAvailable);
+  EXPECT_EQ(factory, nullptr);
+  EXPECT_EQ(DllGetClassObject(nullptr, &factory), kPointerError);
+  String lower(Library().classGuid);
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  EXPECT_EQ(DllGetClassObject(lower.c_str(), &factory), kOk);
+  EXPECT_EQ(factory, &BrindlewayClassFactory());
+}
+
+TEST(ServerExportsTest, CanUnloadOnlyWhenNoObjectIsAlive) {
+  TempDir dir;
+  testing::MakeStore(dir);
+  platform::App::SetPath(dir.path().string());
+  EXPECT_EQ(DllCanUnloadNow(), kOk);
+  {
+    std::shared_ptr<Dispatch> first = BrindlewayClassFactory().CreateInstance();
+    std::shared_ptr<Dispatch> second = BrindlewayClassFactory().CreateInstance();
+    EXPECT_EQ(ObjectsAlive(), 2);
+    EXPECT_EQ(DllCanUnloadNow(), kFalse);
+    first.reset();
+    EXPECT_EQ(DllCanUnloadNow(), kFalse);
+  }
+  EXPECT_EQ(DllCanUnloadNow(), kOk);
+  platform::App::SetPath("");
+}
+
+TEST(ServerExportsTest, RegistersThisServerFileAndUnregistersIt) {
+  TempDir dir;
+  const auto file = dir / "registry";
+  setenv("BRINDLEWAY_REGISTRY", file.c_str(), 1);
+  ASSERT_EQ(DllRegisterServer(), kOk);
+  std::optional<ServerLocation> found = FindServer(Registry::Load(file), ProgId());
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->library.filename(), "brindlewayProj.so");
+  EXPECT_TRUE(found->library.is_absolute());
+  EXPECT_TRUE(std::filesystem::exists(found->library));
+
+  ASSERT_EQ(DllUnregisterServer(), kOk);
+  EXPECT_FALSE(FindServer(Registry::Load(file), ProgId()));
+
+  setenv("BRINDLEWAY_REGISTRY", (dir / "registry" / "below-a-file").c_str(), 1);
+  EXPECT_EQ(DllRegisterServer(), kRegistrationFailed);
+  unsetenv("BRINDLEWAY_REGISTRY");
+}
+
+}  // namespace
+}  // namespace brindlewayProj::server

@@ -1,0 +1,137 @@
+// The brindleway program as a script runs it: output, messages and exit codes.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+#include "component/type_library.h"
+#include "tests/support/test_support.h"
+#include "tools/commands.h"
+
+namespace brindlewayProj::cli {
+namespace {
+
+using testing::TempDir;
+
+struct ProgramRun {
+  int exitCode;
+  String out;
+  String err;
+};
+
+// Runs the program with its own registry file in a fresh folder; a sample store lies there.
+class ProgramTest : public ::testing::Test {
+ protected:
+  ProgramTest() : store_(testing::MakeStore(dir_)) {}
+
+  ProgramRun Brindleway(const std::vector<String>& words) const {
+    String command =
+        "BRINDLEWAY_REGISTRY='" + (dir_ / "registry").string() + "' " + BRINDLEWAY_PROGRAM;
+    for (const String& word : words) command += " '" + word + "'";
+    command += " >'" + (dir_ / "out").string() + "' 2>'" + (dir_ / "err").string() + "'";
+    int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out"), Read("err")};
+  }
+
+  String Read(const String& name) const {
+    std::ostringstream text;
+    text << std::ifstream(dir_ / name).rdbuf();
+    return text.str();
+  }
+
+  ProgramRun Call(std::vector<String> words) const {
+    words.insert(words.begin(), {"call", "--store", store_.string()});
+    return Brindleway(words);
+  }
+
+  TempDir dir_;
+  std::filesystem::path store_;
+};
+
+TEST_F(ProgramTest, ASaleFromTheShell) {
+  ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
+  ProgramRun started =
+      Call({"StartNewOrder", "ilngCustomerId=1", "iintDelivery=0", "istrDescription= Gift wrap "});
+  ASSERT_EQ(started.exitCode, kExitOk) << started.err;
+  EXPECT_NE(started.out.find("status: 0\n"), String::npos) << started.out;
+  EXPECT_NE(started.out.find("ReturnMsg: <CompInfo: brindleway.StartNewOrder> Success\n"),
+            String::npos);
+  std::smatch order;
+  ASSERT_TRUE(std::regex_search(started.out, order, std::regex("olngOrderId: (\\d+)")));
+
+  ProgramRun listed = Call({"basketlist", "orderid=" + order[1].str()});
+  EXPECT_EQ(listed.exitCode, kExitOk);
+  EXPECT_NE(listed.out.find("<CompWarning: brindleway.BasketList> Did not find any records"),
+            String::npos)
+      << listed.out;
+
+  ASSERT_EQ(
+      Call({"ProductToBuy", "ilngOrderId=" + order[1].str(), "ilngProductId=1", "ilngQuantity=2"})
+          .exitCode,
+      kExitOk);
+  ProgramRun found = Call({"BasketList", "OrderId=" + order[1].str()});
+  EXPECT_NE(found.out.find("ostrProductNameCol: 1 entries\n  1: \""), String::npos) << found.out;
+}
+
+TEST_F(ProgramTest, UsageErrorsAndUnusableFilesHaveTheirExitCodes) {
+  ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
+  struct Case {
+    std::vector<String> words;
+    int exitCode;
+    const char* inMessage;
+  };
+  const std::vector<Case> cases = {
+      {{"call", "--store", store_.string(), "StartOrder"}, kExitUsage, "no method 'StartOrder'"},
+      {{"call", "--store", store_.string(), "BasketList", "Order=1"},
+       kExitUsage,
+       "BasketList has no parameter 'Order'"},
+      {{"call", "--store", store_.string(), "BasketList", "OrderId=abc"},
+       kExitUsage,
+       "Type mismatch"},
+      {{"call", "--store", store_.string(), "BasketList"}, kExitUsage, "needs OrderId"},
+      {{"frobnicate"}, kExitUsage, "unknown command"},
+      {{"create", "--sample", store_.string()}, kExitEnvironment, "already exists"},
+      {{"call", "--store", (dir_ / "none.mdb").string(), "DbDisconnect"},
+       kExitEnvironment,
+       "none.mdb"},
+      {{"call", "--store", store_.string(), "DeleteAnOrder", "OrderId=999999"}, kExitOk, ""},
+  };
+  for (const Case& c : cases) {
+    ProgramRun run = Brindleway(c.words);
+    EXPECT_EQ(run.exitCode, c.exitCode) << c.words.back() << ": " << run.err;
+    EXPECT_NE(run.err.find(c.inMessage), String::npos) << run.err;
+  }
+  ASSERT_EQ(Brindleway({"unregister"}).exitCode, kExitOk);
+  ProgramRun unregistered = Call({"DbDisconnect"});
+  EXPECT_EQ(unregistered.exitCode, kExitEnvironment);
+  EXPECT_NE(unregistered.err.find("not registered"), String::npos) << unregistered.err;
+}
+
+TEST_F(ProgramTest, HelpListsEveryMethodFromTheTypeLibrary) {
+  ProgramRun help = Brindleway({"call", "--help"});
+  EXPECT_EQ(help.exitCode, kExitOk);
+  for (const server::MethodInfo& method : server::Methods()) {
+    EXPECT_NE(help.out.find(server::Signature(method)), String::npos) << method.name;
+  }
+  for (const char* command : {"create", "register", "demo"}) {
+    EXPECT_EQ(Brindleway({command, "--help"}).exitCode, kExitOk) << command;
+  }
+}
+
+TEST_F(ProgramTest, DemoWalksASaleOnAStoreItCreates) {
+  ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
+  const auto fresh = dir_ / "demo.mdb";
+  ProgramRun demo = Brindleway({"demo", "--store", fresh.string()});
+  ASSERT_EQ(demo.exitCode, kExitOk) << demo.out << demo.err;
+  EXPECT_TRUE(std::filesystem::exists(fresh));
+  for (const char* message :
+       {"<CompInfo: brindleway.StartNewOrder> Success", "<CompInfo: brindleway.BuyAnOrder> Success",
+        "<CompInfo: brindleway.OrderDetail> Found 1 records"}) {
+    EXPECT_NE(demo.out.find(message), String::npos) << message;
+  }
+}
+
+}  // namespace
+}  // namespace brindlewayProj::cli
