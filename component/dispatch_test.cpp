@@ -87,12 +87,15 @@ TEST_F(DispatchTest, NamedAndPositionalArgumentsReachTheMethodAndAreWrittenBack)
 }
 
 TEST_F(DispatchTest, LateBoundResultsEqualDirectCalls) {
-  String directMessage, lateMessage;
+  String directMessage;
   Long directOrder = 0, customer = 1;
-  Variant none = Variant::Missing();
-  ASSERT_EQ(object_->StartNewOrder(directMessage, directOrder, customer, none), 0);
-  std::vector<Argument> start{
-      {"ReturnMsg", String()}, {"olngOrderId", Long{0}}, {"ilngCustomerId", customer}};
+  Variant none = Variant::Missing(), delivery(Integer{0});
+  ASSERT_EQ(object_->StartNewOrder(directMessage, directOrder, customer, none, none, delivery), 0)
+      << directMessage;
+  std::vector<Argument> start{{"ReturnMsg", String()},
+                              {"olngOrderId", Long{0}},
+                              {"ilngCustomerId", customer},
+                              {"iintDelivery", Integer{0}}};
   EXPECT_EQ(CInt(Call("StartNewOrder", start)), 0);
   EXPECT_EQ(CStr(start[0].value), directMessage);
   EXPECT_EQ(CLng(start[1].value), directOrder + 1);
