@@ -44,15 +44,22 @@ std::vector<String> FirstKeys(dao::Database& store, const String& column, const 
   return keys;
 }
 
-// A delivery date three days from today, as ISO text.
-String DeliveryDateText() {
+// The date `days` from today, as ISO text.
+String DateFromToday(int days) {
   auto day = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now()) +
-             std::chrono::days(3);
+             std::chrono::days(days);
   std::chrono::year_month_day date(day);
   char text[16];
   std::snprintf(text, sizeof text, "%04d-%02u-%02u", int(date.year()), unsigned(date.month()),
                 unsigned(date.day()));
   return text;
+}
+
+// Name=value as a shell takes it back: a value with blanks in double quotes.
+String ShellWord(const String& assignment) {
+  if (assignment.find(' ') == String::npos) return assignment;
+  std::size_t equals = assignment.find('=');
+  return assignment.substr(0, equals + 1) + "\"" + assignment.substr(equals + 1) + "\"";
 }
 
 class Demo {
@@ -64,7 +71,7 @@ class Demo {
                                      const std::vector<String>& assignments) {
     const server::MethodInfo& method = MethodNamed(methodName);
     std::cout << "\n> " << method.name;
-    for (const String& assignment : assignments) std::cout << ' ' << assignment;
+    for (const String& assignment : assignments) std::cout << ' ' << ShellWord(assignment);
     std::cout << '\n';
     std::vector<server::Argument> arguments = ArgumentsFromText(method, assignments);
     if (CInt(CallAndReport(object_, method, arguments, std::cout)) < 0) {
@@ -87,9 +94,9 @@ Variant ArgumentValue(const std::vector<server::Argument>& arguments, const Stri
 }
 
 void WalkTheSale(Demo& demo, const String& customer, const std::vector<String>& products) {
-  std::vector<server::Argument> started =
-      demo.Call("StartNewOrder",
-                {"ilngCustomerId=" + customer, "iintDelivery=0", "istrDescription=Demo order"});
+  std::vector<server::Argument> started = demo.Call(
+      "StartNewOrder", {"ilngCustomerId=" + customer, "iintDelivery=0",
+                        "idtmOrderDate=" + DateFromToday(0), "istrDescription=Demo order"});
   const String order = CStr(ArgumentValue(started, "olngOrderId"));
   const String orderId = "OrderId=" + order;
   for (std::size_t i = 0; i < products.size(); ++i) {
@@ -102,7 +109,7 @@ void WalkTheSale(Demo& demo, const String& customer, const std::vector<String>& 
   demo.Call("BasketTable", {orderId});
   demo.Call("QuantityOrdered", {orderId, "ProductId=" + products[1]});
   demo.Call("ListOpenOrders", {"istrSeparator= | ", "CustomerId=" + customer, "Delivery=0"});
-  demo.Call("BuyAnOrder", {orderId, "idtmDeliveryDate=" + DeliveryDateText(), "iintDelivery=1"});
+  demo.Call("BuyAnOrder", {orderId, "idtmDeliveryDate=" + DateFromToday(3), "iintDelivery=1"});
   demo.Call("ListShippedOrders", {"istrSeparator= | ", "CustomerId=" + customer});
   demo.Call("OrderDetail", {orderId});
   demo.Call("ListOfOrders", {"istrSeparator= | ", "CustomerId=" + customer});
