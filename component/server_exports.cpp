@@ -3,10 +3,6 @@
 
 #include <dlfcn.h>
 
-#include <algorithm>
-#include <cctype>
-#include <string_view>
-
 #include "component/class_factory.h"
 #include "component/registry.h"
 
@@ -24,13 +20,6 @@ std::filesystem::path ThisServerFile() {
     platform::Raise(platform::errFileNotFound);
   }
   return std::filesystem::weakly_canonical(std::filesystem::absolute(info.dli_fname));
-}
-
-bool SameGuid(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](char x, char y) {
-    return std::toupper(static_cast<unsigned char>(x)) ==
-           std::toupper(static_cast<unsigned char>(y));
-  });
 }
 
 // Runs a change of the registry file; any failure answers kRegistrationFailed.
@@ -56,7 +45,7 @@ extern "C" HResult DllCanUnloadNow() { return ObjectsAlive() == 0 ? kOk : kFalse
 extern "C" HResult DllGetClassObject(const char* classGuid, ClassFactory** factory) {
   if (!classGuid || !factory) return kPointerError;
   *factory = nullptr;
-  if (!SameGuid(classGuid, Library().classGuid)) return kClassNotAvailable;
+  if (!SameNameIgnoringCase(classGuid, Library().classGuid)) return kClassNotAvailable;
   *factory = &BrindlewayClassFactory();
   return kOk;
 }

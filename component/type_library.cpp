@@ -127,13 +127,6 @@ const std::array<MethodInfo, 18> kMethods = {
 
 #undef BRINDLEWAY_METHOD
 
-bool SameNameIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) ==
-           std::tolower(static_cast<unsigned char>(y));
-  });
-}
-
 String DefaultText(const DefaultValue& byDefault) {
   switch (byDefault.kind) {
     case DefaultValue::Kind::Text:
@@ -147,6 +140,13 @@ String DefaultText(const DefaultValue& byDefault) {
 }
 
 }  // namespace
+
+bool SameNameIgnoringCase(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, [](char x, char y) {
+    return std::tolower(static_cast<unsigned char>(x)) ==
+           std::tolower(static_cast<unsigned char>(y));
+  });
+}
 
 const LibraryInfo& Library() { return kLibrary; }
 

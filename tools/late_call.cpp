@@ -23,8 +23,8 @@ bool IsObjectType(TypeKind type) {
 
 // ReturnMsg and the parameters the method writes for its caller ("o" + kind).
 bool IsOutput(const ParamInfo& param) {
-  return param.name == "ReturnMsg" ||
-         (param.name.size() > 1 && param.name[0] == 'o' && std::islower(param.name[1]));
+  return param.name == "ReturnMsg" || (param.name.size() > 1 && param.name[0] == 'o' &&
+                                       std::islower(static_cast<unsigned char>(param.name[1])));
 }
 
 // The type a text is converted to: the parameter's, or for a Variant its name's kind.
