@@ -5,32 +5,19 @@ namespace brindlewayProj::platform {
 
 String RuntimeErrorText(Long number) {
   switch (number) {
-    case errInvalidProcedureCall:
-      return "Invalid procedure call or argument";
-    case errOverflow:
-      return "Overflow";
-    case errOutOfMemory:
-      return "Out of memory";
-    case errSubscriptOutOfRange:
-      return "Subscript out of range";
-    case errTypeMismatch:
-      return "Type mismatch";
-    case errInternal:
-      return "Internal error";
-    case errFileNotFound:
-      return "File not found";
-    case errInputPastEndOfFile:
-      return "Input past end of file";
-    case errPathFileAccess:
-      return "Path/File access error";
-    case errObjectNotSet:
-      return "Object variable or With block variable not set";
-    case errInvalidUseOfNull:
-      return "Invalid use of Null";
-    case errObjectDoesNotSupport:
-      return "Object doesn't support this property or method";
-    default:
-      return "Application-defined or object-defined error";
+    case errInvalidProcedureCall: return "Invalid procedure call or argument";
+    case errOverflow: return "Overflow";
+    case errOutOfMemory: return "Out of memory";
+    case errSubscriptOutOfRange: return "Subscript out of range";
+    case errTypeMismatch: return "Type mismatch";
+    case errInternal: return "Internal error";
+    case errFileNotFound: return "File not found";
+    case errInputPastEndOfFile: return "Input past end of file";
+    case errPathFileAccess: return "Path/File access error";
+    case errObjectNotSet: return "Object variable or With block variable not set";
+    case errInvalidUseOfNull: return "Invalid use of Null";
+    case errObjectDoesNotSupport: return "Object doesn't support this property or method";
+    default: return "Application-defined or object-defined error";
   }
 }
 
