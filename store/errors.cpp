@@ -75,7 +75,8 @@ Error RelatedRecordsExist() {
 Error RelatedRecordRequired(const String& table) {
   return Error(errRelatedRecordRequired,
                "You cannot add or change a record because a related record is required in "
-               "table '" + table + "'.");
+               "table '" +
+                   table + "'.");
 }
 
 Error AlreadyExists(const String& path) {
