@@ -92,6 +92,11 @@ class Connection {
   virtual long long Execute(const std::string& sql, const std::vector<SqlValue>& values) = 0;
   // The table or stored query of that name, in any case; empty when there is none.
   virtual std::optional<SourceInfo> Describe(const std::string& name) = 0;
+  // The row id of the row the last insert added.
+  virtual std::int64_t LastRowId() = 0;
+  // Takes the next automatic key of `table` (an autoincrement table) for the caller, so that
+  // no other writer gets it: inside the open transaction, or in a short one of its own.
+  virtual std::int64_t ReserveKey(const SourceInfo& table) = 0;
   // A write transaction that waits for other writers up to the busy timeout.
   virtual void Begin() = 0;
   virtual void Commit() = 0;

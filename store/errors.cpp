@@ -5,7 +5,22 @@ namespace brindlewayProj::store {
 
 using platform::Error;
 
-Error EmptyPath() { return Error(errEmptyPath, "Invalid argument: the database name is empty."); }
+Error EmptyPath() {
+  return Error(errInvalidArgument, "Invalid argument: the database name is empty.");
+}
+
+Error InvalidArgument() { return Error(errInvalidArgument, "Invalid argument."); }
+
+Error NestedTransaction() {
+  return Error(errNestedTransaction,
+               "Could not start transaction; a transaction is already open in this workspace.");
+}
+
+Error CannotExecuteSelect() {
+  return Error(errCannotExecuteSelect, "Cannot execute a select query.");
+}
+
+Error RecordDeleted() { return Error(errRecordDeleted, "Record is deleted."); }
 
 Error ObjectInvalid() { return Error(errObjectInvalid, "Object invalid or no longer set."); }
 

@@ -7,7 +7,10 @@
 namespace brindlewayProj::store {
 
 enum StoreErrorNumber : Long {
-  errEmptyPath = 3001,  // "Invalid argument." for an empty database name
+  errInvalidArgument = 3001,
+  errNestedTransaction = 3003,
+  errCannotExecuteSelect = 3065,
+  errRecordDeleted = 3167,
   errObjectInvalid = 3420,
   errNoCurrentRecord = 3021,
   errUpdateWithoutEdit = 3020,
@@ -34,6 +37,10 @@ enum StoreErrorNumber : Long {
 };
 
 platform::Error EmptyPath();
+platform::Error InvalidArgument();
+platform::Error NestedTransaction();
+platform::Error CannotExecuteSelect();
+platform::Error RecordDeleted();
 platform::Error ObjectInvalid();
 platform::Error NoCurrentRecord();
 platform::Error UpdateWithoutEdit();

@@ -5,6 +5,8 @@
 
 #include <unordered_map>
 
+#include "store/dialect.h"
+
 namespace brindlewayProj::store {
 namespace {
 
@@ -37,6 +39,12 @@ FailureKind KindOf(int code) {
     default:
       return FailureKind::kOther;
   }
+}
+
+std::string Quoted(const std::string& name) {
+  std::string quoted;
+  dialect::AppendQuotedName(quoted, name);
+  return quoted;
 }
 
 [[noreturn]] void Fail(sqlite3* db, int code) {
@@ -179,9 +187,7 @@ class SqliteConnection : public Connection {
     if (auto* text = std::get_if<std::string>(&sql)) {
       info.autoIncrement = sqlite3_strlike("%AUTOINCREMENT%", text->c_str(), 0) == 0;
     }
-    std::string quoted = "\"";
-    for (char c : info.name) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    quoted += '"';
+    std::string quoted = Quoted(info.name);
     Statement& columns = Prepare("PRAGMA table_info(" + quoted + ")");
     columns.Bind({});
     int keyColumns = 0;
@@ -208,6 +214,32 @@ class SqliteConnection : public Connection {
     }
     keys.Reset();
     return info;
+  }
+
+  std::int64_t LastRowId() override { return sqlite3_last_insert_rowid(db_); }
+
+  std::int64_t ReserveKey(const SourceInfo& table) override {
+    bool ownTransaction = sqlite3_get_autocommit(db_) != 0;
+    if (ownTransaction) Begin();
+    try {
+      std::string quoted = Quoted(table.name);
+      Statement& next = Prepare(
+          "SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1), 0), "
+          "coalesce((SELECT max(rowid) FROM " +
+          quoted + "), 0)) + 1");
+      next.Bind({table.name});
+      next.Step();
+      std::int64_t key = std::get<std::int64_t>(next.Column(0));
+      next.Reset();
+      if (Execute("UPDATE sqlite_sequence SET seq = ?1 WHERE name = ?2", {key, table.name}) == 0) {
+        Execute("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)", {table.name, key});
+      }
+      if (ownTransaction) Commit();
+      return key;
+    } catch (...) {
+      if (ownTransaction) Rollback();
+      throw;
+    }
   }
 
   void Begin() override { Execute("BEGIN IMMEDIATE", {}); }
