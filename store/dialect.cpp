@@ -168,8 +168,9 @@ class Parser {
     }
   }
   // predicate := operand [comparison operand | Is [Not] Null | [Not] Like text]
+  // A predicate with an operator is emitted in parentheses; a lone operand as it is.
   void Predicate(std::string& sql) {
-    sql += '(';
+    std::size_t start = sql.size();
     Operand(sql);
     static constexpr std::string_view kComparisons[] = {"=", "<>", "<", ">", "<=", ">="};
     const Token& token = Peek();
@@ -192,14 +193,19 @@ class Parser {
       }
       sql += " LIKE ? ESCAPE '\\'";
       result_.parameters.push_back(LikePattern(std::get<std::string>(Next().value)));
+    } else {
+      return;
     }
+    sql.insert(start, 1, '(');
     sql += ')';
   }
   // operand := name | literal | [+|-] number | True | False | Null | ( expr )
   void Operand(std::string& sql) {
     if (AcceptSymbol("(")) {
+      sql += '(';
       Expression(sql);
       ExpectSymbol(")");
+      sql += ')';
     } else if (Peek().kind == TokenKind::kLiteral) {
       Parameter(sql, Next().value);
     } else if (Peek().kind == TokenKind::kSymbol && (Peek().text == "-" || Peek().text == "+")) {
