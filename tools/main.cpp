@@ -1,5 +1,6 @@
 // The brindleway program: creates stores, registers the server, and calls the component
 // late-bound from a shell.
+#include <exception>
 #include <iostream>
 #include <string_view>
 #include <vector>
@@ -41,11 +42,17 @@ int main(int argc, char** argv) {
     std::cout << kUsage;
     return kExitOk;
   }
-  if (command == "create") return CreateCommand(rest);
-  if (command == "register") return RegisterCommand(rest);
-  if (command == "unregister") return UnregisterCommand(rest);
-  if (command == "call") return CallCommand(rest);
-  if (command == "demo") return DemoCommand(rest);
+  try {
+    if (command == "create") return CreateCommand(rest);
+    if (command == "register") return RegisterCommand(rest);
+    if (command == "unregister") return UnregisterCommand(rest);
+    if (command == "call") return CallCommand(rest);
+    if (command == "demo") return DemoCommand(rest);
+  } catch (const std::exception& failure) {
+    // The commands report their own failures; this is the last word on any other one.
+    std::cerr << "brindleway: " << failure.what() << '\n';
+    return kExitEnvironment;
+  }
   std::cerr << "brindleway: unknown command '" << command << "'\n\n" << kUsage;
   return kExitUsage;
 }

@@ -41,7 +41,11 @@ int ChangeRegistration(Words words, server::HResult (*change)(), const char* don
     std::cerr << "brindleway: cannot change the registry " << registry << '\n';
     return kExitEnvironment;
   }
-  std::cout << done << ' ' << server::ProgId() << " in " << registry << '\n';
+  std::cout << done << ' ' << server::ProgId();
+  if (auto location = server::FindServer(server::Registry::Load(registry), server::ProgId())) {
+    std::cout << " (" << location->library.string() << ')';
+  }
+  std::cout << " in " << registry << '\n';
   return kExitOk;
 }
 
