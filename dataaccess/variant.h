@@ -42,11 +42,11 @@ class Variant {
   Variant(Date value);
   Variant(String value);
   Variant(const char* value);
-  Variant(bool value);  // Boolean: -1 or 0
+  Variant(bool value);      // Boolean: -1 or 0
   Variant(std::nullptr_t);  // Nothing
   template <class T>
-    requires std::derived_from<T, Object>
-  Variant(std::shared_ptr<T> object) : value_(std::shared_ptr<Object>(std::move(object))) {}
+  requires std::derived_from<T, Object> Variant(std::shared_ptr<T> object)
+      : value_(std::shared_ptr<Object>(std::move(object))) {}
 
   // A Variant that refers to a caller's variable: reads and Assign go through to it.
   static Variant ByRef(String& variable);
@@ -88,9 +88,9 @@ class Variant {
   struct BooleanTag {
     bool value;
   };
-  using Storage = std::variant<EmptyTag, NullTag, Integer, Long, Double, Date, String,
-                               std::shared_ptr<Object>, ErrorTag, BooleanTag, String*, Date*,
-                               Integer*, Long*, bool*>;
+  using Storage =
+      std::variant<EmptyTag, NullTag, Integer, Long, Double, Date, String, std::shared_ptr<Object>,
+                   ErrorTag, BooleanTag, String*, Date*, Integer*, Long*, bool*>;
   explicit Variant(Storage value) : value_(std::move(value)) {}
   Storage value_;
 };

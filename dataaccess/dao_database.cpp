@@ -1,0 +1,94 @@
+// Database: opens recordsets on query texts and table names, and runs Delete statements.
+#include "dataaccess/dao_failures.h"
+#include "dataaccess/dao_impl.h"
+#include "store/dialect.h"
+#include "store/errors.h"
+
+namespace brindlewayProj::dao {
+namespace {
+
+namespace dialect = store::dialect;
+
+internal::Session& OpenSession(const Database::Impl& impl) {
+  if (!impl.session) throw store::ObjectInvalid();
+  return *impl.session;
+}
+
+// The statement's source, once every name it uses is known: an unknown source raises 3078,
+// unknown columns 3061 with their number.
+const store::SourceInfo& CheckNames(internal::Session& session,
+                                    const dialect::ParsedStatement& statement) {
+  const store::SourceInfo* source = session.Describe(statement.source);
+  if (!source) throw store::TableNotFound(statement.source);
+  std::vector<std::string_view> unknown;
+  for (const auto& name : statement.names) {
+    auto known = [&](const store::ColumnInfo& column) { return SameName(column.name, name); };
+    auto seen = [&](std::string_view other) { return SameName(other, name); };
+    if (std::none_of(source->columns.begin(), source->columns.end(), known) &&
+        std::none_of(unknown.begin(), unknown.end(), seen)) {
+      unknown.push_back(name);
+    }
+  }
+  if (!unknown.empty()) throw store::UnknownNames(static_cast<int>(unknown.size()));
+  return *source;
+}
+
+}  // namespace
+
+Database::Database(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+Database::~Database() = default;
+
+std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type) {
+  auto& session = OpenSession(*impl_);
+  if (type != dbOpenDynaset && type != dbOpenSnapshot) throw store::InvalidArgument();
+  auto statement = dialect::ParseRecordSource(name);
+  const auto& source = CheckNames(session, statement);
+  auto recordset = std::make_shared<Recordset::Impl>();
+  recordset->session = impl_->session;
+  recordset->snapshot = type == dbOpenSnapshot;
+  bool updatable = !recordset->snapshot && source.isTable && !statement.distinct;
+  if (updatable) recordset->table = &source;
+  recordset->firstColumn = updatable ? 1 : 0;
+  std::string sql = dialect::SelectSql(statement, updatable);
+  internal::WriteContext context{&session};
+  auto& prepared = internal::Guarded(
+      [&]() -> store::Statement& { return session.Connection().Prepare(sql); }, context);
+  recordset->Load(prepared, statement.parameters);
+  return std::make_shared<Recordset>(std::move(recordset));
+}
+
+void Database::Execute(const String& query, Long /*options*/) {
+  auto& session = OpenSession(*impl_);
+  impl_->recordsAffected = 0;
+  auto statement = dialect::Parse(query);
+  if (statement.kind != dialect::StatementKind::kDelete) throw store::CannotExecuteSelect();
+  const auto& source = CheckNames(session, statement);
+  if (!source.isTable) throw store::ReadOnly();
+  internal::WriteContext context{&session, &source};
+  context.deleting = true;
+  // One statement is atomic in the backend: all of its rows go, or none.
+  long long changed = internal::Guarded(
+      [&] {
+        return session.Connection().Execute(dialect::DeleteSql(statement), statement.parameters);
+      },
+      context);
+  impl_->recordsAffected = static_cast<Long>(changed);
+}
+
+Long Database::RecordsAffected() const {
+  OpenSession(*impl_);
+  return impl_->recordsAffected;
+}
+
+String Database::Name() const {
+  OpenSession(*impl_);
+  return impl_->name;
+}
+
+void Database::Close() {
+  OpenSession(*impl_);
+  impl_->session.reset();
+}
+
+}  // namespace brindlewayProj::dao

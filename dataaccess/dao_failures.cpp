@@ -1,0 +1,71 @@
+// Maps backend failures onto the store's error numbers and texts.
+#include "dataaccess/dao_failures.h"
+
+#include "dataaccess/dao_impl.h"
+#include "store/dialect.h"
+#include "store/errors.h"
+
+namespace brindlewayProj::dao::internal {
+namespace {
+
+// The parent table of the first reference in the row that has no row to refer to; the first
+// referenced table when that cannot be told.
+std::string MissingParent(const WriteContext& context) {
+  const auto& keys = context.table->foreignKeys;
+  if (keys.empty()) return context.table->name;
+  if (context.session && context.columns && context.values) {
+    for (const auto& key : keys) {
+      for (std::size_t i = 0; i < context.columns->size(); ++i) {
+        const auto& value = (*context.values)[i];
+        if (!SameName((*context.columns)[i].name, key.column) || store::IsSqlNull(value)) continue;
+        std::string sql = "SELECT 1 FROM ";
+        store::dialect::AppendQuotedName(sql, key.parentTable);
+        sql += " WHERE ";
+        if (key.parentColumn.empty()) {
+          sql += "rowid";
+        } else {
+          store::dialect::AppendQuotedName(sql, key.parentColumn);
+        }
+        sql += " = ?";
+        try {
+          auto& lookup = context.session->Connection().Prepare(sql);
+          lookup.Bind({value});
+          bool found = lookup.Step();
+          lookup.Reset();
+          if (!found) return key.parentTable;
+        } catch (const store::BackendError&) {
+          return key.parentTable;
+        }
+      }
+    }
+  }
+  return keys.front().parentTable;
+}
+
+}  // namespace
+
+platform::Error Translate(const store::BackendError& failure, const WriteContext& context) {
+  switch (failure.Kind()) {
+    case store::FailureKind::kBusy:
+      return store::Locked();
+    case store::FailureKind::kFull:
+      return store::DiskFull();
+    case store::FailureKind::kReadOnly:
+      return store::ReadOnly();
+    case store::FailureKind::kUnique:
+      return store::DuplicateKey();
+    case store::FailureKind::kNotNull:
+      return store::RequiredField(failure.Detail());
+    case store::FailureKind::kForeignKey:
+      if (context.deleting) return store::RelatedRecordsExist();
+      if (context.table) return store::RelatedRecordRequired(MissingParent(context));
+      return store::EngineFailure(failure.what());
+    case store::FailureKind::kNotADatabase:
+      if (context.session) return store::UnrecognizedFormat(context.session->Path());
+      return store::EngineFailure(failure.what());
+    default:
+      return store::EngineFailure(failure.what());
+  }
+}
+
+}  // namespace brindlewayProj::dao::internal

@@ -1,0 +1,134 @@
+// Recordset: the picture of a query's rows, its current row and RecordCount.
+#include <algorithm>
+#include <cctype>
+
+#include "dataaccess/dao_failures.h"
+#include "dataaccess/dao_impl.h"
+#include "store/errors.h"
+
+namespace brindlewayProj::dao {
+
+bool SameName(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+           return std::tolower(static_cast<unsigned char>(x)) ==
+                  std::tolower(static_cast<unsigned char>(y));
+         });
+}
+
+std::size_t Recordset::Impl::ColumnIndex(std::string_view name) const {
+  for (std::size_t i = 0; i < width; ++i) {
+    if (SameName(Column(i).name, name)) return i;
+  }
+  throw store::ItemNotFound();
+}
+
+void Recordset::Impl::CheckOpen() const {
+  if (!session) throw store::ObjectInvalid();
+}
+
+const store::SqlValue& Recordset::Impl::Shown(std::size_t column) const {
+  CheckOpen();
+  if (mode != EditMode::kNone) return buffer[column];
+  if (position < 0 || static_cast<std::size_t>(position) >= rowCount) {
+    throw store::NoCurrentRecord();
+  }
+  return values[static_cast<std::size_t>(position) * width + column];
+}
+
+void Recordset::Impl::Load(store::Statement& statement,
+                           const std::vector<store::SqlValue>& parameters) {
+  statementColumns = &statement.Columns();
+  width = statementColumns->size() - firstColumn;
+  internal::WriteContext context{session.get()};
+  internal::Guarded(
+      [&] {
+        statement.Bind(parameters);
+        while (statement.Step()) {
+          if (firstColumn) rowIds.push_back(std::get<std::int64_t>(statement.Column(0)));
+          for (std::size_t i = 0; i < width; ++i) {
+            values.push_back(statement.Column(static_cast<int>(firstColumn + i)));
+          }
+          ++rowCount;
+        }
+        statement.Reset();
+      },
+      context);
+  reached = rowCount ? 1 : 0;
+}
+
+void Recordset::Impl::DropEdit() {
+  mode = EditMode::kNone;
+  buffer.clear();
+  original.clear();
+  changed.clear();
+}
+
+Recordset::Recordset(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+Recordset::~Recordset() = default;
+
+Long Recordset::RecordCount() const {
+  impl_->CheckOpen();
+  return static_cast<Long>(impl_->reached);
+}
+
+bool Recordset::Eof() const {
+  impl_->CheckOpen();
+  return impl_->rowCount == 0 || impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount);
+}
+
+bool Recordset::Bof() const {
+  impl_->CheckOpen();
+  return impl_->rowCount == 0 || impl_->position < 0;
+}
+
+void Recordset::MoveFirst() {
+  impl_->CheckOpen();
+  if (impl_->rowCount == 0) throw store::NoCurrentRecord();
+  impl_->DropEdit();
+  impl_->position = 0;
+}
+
+void Recordset::MoveLast(Long /*options*/) {
+  impl_->CheckOpen();
+  if (impl_->rowCount == 0) throw store::NoCurrentRecord();
+  impl_->DropEdit();
+  impl_->position = static_cast<std::ptrdiff_t>(impl_->rowCount) - 1;
+  impl_->reached = impl_->rowCount;
+}
+
+void Recordset::MoveNext() {
+  if (Eof()) throw store::NoCurrentRecord();
+  impl_->DropEdit();
+  ++impl_->position;
+  impl_->reached = std::max(
+      impl_->reached, std::min(impl_->rowCount, static_cast<std::size_t>(impl_->position) + 1));
+}
+
+void Recordset::MovePrevious() {
+  if (Bof()) throw store::NoCurrentRecord();
+  impl_->DropEdit();
+  --impl_->position;
+}
+
+std::shared_ptr<dao::Fields> Recordset::Fields() const {
+  impl_->CheckOpen();
+  if (!impl_->fields) {
+    auto fields = std::make_shared<Fields::Impl>();
+    fields->recordset = impl_;
+    fields->items.resize(impl_->width);
+    impl_->fields = std::make_shared<dao::Fields>(std::move(fields));
+  }
+  return impl_->fields;
+}
+
+void Recordset::Close() {
+  impl_->CheckOpen();
+  impl_->DropEdit();
+  impl_->session.reset();
+  impl_->values.clear();
+  impl_->rowIds.clear();
+  impl_->rowCount = 0;
+}
+
+}  // namespace brindlewayProj::dao

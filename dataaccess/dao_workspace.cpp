@@ -1,0 +1,118 @@
+// The engine, its default workspace, and the workspace's files and transactions.
+#include <sys/stat.h>
+
+#include "dataaccess/dao_failures.h"
+#include "dataaccess/dao_impl.h"
+#include "platform/paths.h"
+#include "store/errors.h"
+
+namespace brindlewayProj::dao {
+namespace {
+
+// The open session of a file in the workspace, or a new one.
+std::shared_ptr<internal::Session> SessionFor(Workspace::Impl& workspace, const String& name) {
+  if (name.empty()) throw store::EmptyPath();
+  std::filesystem::path file = platform::ToHostPath(name);
+  std::error_code failure;
+  auto status = std::filesystem::status(file, failure);
+  if (!std::filesystem::exists(status)) throw store::FileNotFound(name);
+  if (!std::filesystem::is_regular_file(status) || std::filesystem::file_size(file, failure) == 0) {
+    throw store::UnrecognizedFormat(name);
+  }
+  auto key = std::filesystem::weakly_canonical(file, failure);
+  if (failure) key = file;
+  if (auto existing = workspace.sessions[key].lock()) return existing;
+  std::shared_ptr<store::Connection> connection;
+  try {
+    connection = store::OpenConnection(file);
+  } catch (const store::BackendError& error) {
+    if (error.Kind() == store::FailureKind::kNotADatabase) throw store::UnrecognizedFormat(name);
+    if (error.Kind() == store::FailureKind::kCantOpen) throw store::FileNotFound(name);
+    throw internal::Translate(error);
+  }
+  auto session = std::make_shared<internal::Session>(std::move(connection), name);
+  if (workspace.transaction) {  // a file opened inside the transaction joins it
+    session->Begin();
+    workspace.inTransaction.push_back(session);
+  }
+  workspace.sessions[key] = session;
+  return session;
+}
+
+std::vector<std::shared_ptr<internal::Session>> LiveSessions(Workspace::Impl& workspace) {
+  std::vector<std::shared_ptr<internal::Session>> live;
+  for (auto it = workspace.sessions.begin(); it != workspace.sessions.end();) {
+    if (auto session = it->second.lock()) {
+      live.push_back(std::move(session));
+      ++it;
+    } else {
+      it = workspace.sessions.erase(it);
+    }
+  }
+  return live;
+}
+
+}  // namespace
+
+Workspace::Workspace(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+std::shared_ptr<Database> Workspace::OpenDatabase(const String& name) {
+  auto impl = std::make_shared<Database::Impl>();
+  impl->session = SessionFor(*impl_, name);
+  impl->name = name;
+  return std::make_shared<Database>(std::move(impl));
+}
+
+void Workspace::BeginTrans() {
+  if (impl_->transaction) throw store::NestedTransaction();
+  auto sessions = LiveSessions(*impl_);
+  for (std::size_t i = 0; i < sessions.size(); ++i) {
+    try {
+      sessions[i]->Begin();
+    } catch (...) {
+      for (std::size_t begun = 0; begun < i; ++begun) sessions[begun]->Rollback();
+      throw;
+    }
+  }
+  impl_->inTransaction = std::move(sessions);
+  impl_->transaction = true;
+}
+
+void Workspace::CommitTrans(Long /*options*/) {
+  if (!impl_->transaction) throw store::NoTransaction();
+  // A failed commit leaves the transaction open, for the caller's Rollback.
+  for (auto& session : impl_->inTransaction) session->Commit();
+  impl_->inTransaction.clear();
+  impl_->transaction = false;
+}
+
+void Workspace::Rollback() {
+  if (!impl_->transaction) throw store::NoTransaction();
+  auto sessions = std::move(impl_->inTransaction);
+  impl_->inTransaction.clear();
+  impl_->transaction = false;
+  std::optional<platform::Error> first;
+  for (auto& session : sessions) {
+    try {
+      session->Rollback();
+    } catch (const platform::Error& failure) {
+      if (!first) first = failure;
+    }
+  }
+  if (first) throw *first;
+}
+
+Engine::Engine(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+std::shared_ptr<Workspace> Engine::Workspaces(Integer index) {
+  if (index != 0) throw store::ItemNotFound();
+  return impl_->defaultWorkspace;
+}
+
+Engine& DBEngine() {
+  static Engine engine(std::make_shared<Engine::Impl>(
+      Engine::Impl{std::make_shared<Workspace>(std::make_shared<Workspace::Impl>())}));
+  return engine;
+}
+
+}  // namespace brindlewayProj::dao

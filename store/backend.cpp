@@ -1,0 +1,41 @@
+// Backend-neutral pieces: the kind of a declared type and the choice of connection opener.
+#include "store/backend.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "store/sqlite_backend.h"
+
+namespace brindlewayProj::store {
+namespace {
+
+ConnectionOpener& TestOpener() {
+  static ConnectionOpener opener;
+  return opener;
+}
+
+}  // namespace
+
+DeclaredKind KindOfDeclaredType(std::string_view declaredType) {
+  std::string upper(declaredType);
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](unsigned char c) { return std::toupper(c); });
+  if (upper == "INTEGER" || upper == "INT" || upper == "LONG") return DeclaredKind::kLong;
+  if (upper == "SMALLINT" || upper == "SHORT") return DeclaredKind::kInteger;
+  if (upper == "DATETIME" || upper == "DATE") return DeclaredKind::kDate;
+  if (upper == "TEXT" || upper.find("CHAR") != std::string::npos) return DeclaredKind::kText;
+  if (upper == "CURRENCY" || upper == "REAL" || upper == "DOUBLE" || upper == "FLOAT" ||
+      upper == "NUMERIC") {
+    return DeclaredKind::kDouble;
+  }
+  return DeclaredKind::kUnknown;
+}
+
+std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file) {
+  if (TestOpener()) return TestOpener()(file);
+  return OpenSqliteConnection(file);
+}
+
+void SetConnectionOpenerForTesting(ConnectionOpener opener) { TestOpener() = std::move(opener); }
+
+}  // namespace brindlewayProj::store

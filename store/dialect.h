@@ -1,0 +1,48 @@
+// The query dialect turned into backend SQL. A text is parsed into its parts; every literal
+// becomes a `?` placeholder with its value in `parameters`, so the SQL depends on the
+// statement's shape alone. Identifiers are emitted double-quoted.
+//
+//   Select [Distinct] (* | name, ...) From source [Where expr] [Order By name [Asc|Desc], ...]
+//   Delete [*] From table [Where expr]
+//   expr: comparisons (= <> < > <= >= Like), Is [Not] Null, And, Or, Not, parentheses
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/sql_value.h"
+
+namespace brindlewayProj::store::dialect {
+
+enum class StatementKind { kSelect, kDelete };
+
+struct ParsedStatement {
+  StatementKind kind = StatementKind::kSelect;
+  bool distinct = false;
+  std::vector<std::string> columns;  // empty for `*`
+  std::string source;                // the table or stored query named after From
+  std::string where;                 // backend SQL of the condition; empty without one
+  std::string orderBy;               // backend SQL of the sort; empty without one
+  std::vector<SqlValue> parameters;  // the literals, in placeholder order
+  std::vector<std::string> names;    // every column name the text refers to
+};
+
+// Parses a Select or Delete text. Anything outside the dialect raises 3075 quoting the text
+// from the clause that failed (3131 for the From clause).
+ParsedStatement Parse(std::string_view text);
+
+// Parses what OpenRecordset takes: a Select text, or else the name of a table or stored query
+// (bare, or whole in brackets), which reads as `Select * From name`.
+ParsedStatement ParseRecordSource(std::string_view text);
+
+// The backend SQL of a parsed Select; `withRowId` puts the row id in front as column 0.
+std::string SelectSql(const ParsedStatement& statement, bool withRowId);
+
+// The backend SQL of a parsed Delete.
+std::string DeleteSql(const ParsedStatement& statement);
+
+// `name` double-quoted for the backend, with inner quotes doubled.
+void AppendQuotedName(std::string& sql, std::string_view name);
+
+}  // namespace brindlewayProj::store::dialect

@@ -1,0 +1,60 @@
+// The reference schema: two tables the component writes, the customer and product tables behind
+// them, and the two stored queries it reads through. The sample rows are invented.
+#include "store/schema_sql.h"
+
+namespace brindlewayProj::store {
+
+const char* const kSchemaSql = R"sql(
+CREATE TABLE Customers (CustomerId INTEGER PRIMARY KEY, FirstName TEXT, LastName TEXT);
+CREATE TABLE Products  (ProductId INTEGER PRIMARY KEY, ProductName TEXT, Vendor TEXT,
+                        ProductPrice CURRENCY);
+CREATE TABLE Orders (OrderId INTEGER PRIMARY KEY AUTOINCREMENT,
+                     CustomerId INTEGER REFERENCES Customers(CustomerId),
+                     OrderDate DATETIME, DeliveryDate DATETIME, Delivery SMALLINT,
+                     Description TEXT);
+CREATE TABLE OrderBasket (OrderId INTEGER REFERENCES Orders(OrderId) ON DELETE CASCADE,
+                          ProductId INTEGER REFERENCES Products(ProductId),
+                          Quantity INTEGER);
+CREATE INDEX OrdersByCustomer ON Orders(CustomerId, OrderDate);
+CREATE INDEX BasketByOrder ON OrderBasket(OrderId, ProductId);
+CREATE INDEX ProductsByName ON Products(ProductName);
+CREATE VIEW OrdersWithNames AS
+  SELECT o.OrderId, o.CustomerId, c.FirstName, c.LastName, o.OrderDate,
+         o.DeliveryDate, o.Delivery, o.Description
+  FROM Orders o LEFT JOIN Customers c ON c.CustomerId = o.CustomerId;
+CREATE VIEW BasketList AS
+  SELECT b.OrderId, p.ProductName, p.Vendor, p.ProductPrice, b.Quantity,
+         p.ProductPrice * b.Quantity AS "Extended Price"
+  FROM OrderBasket b LEFT JOIN Products p ON p.ProductId = b.ProductId;
+)sql";
+
+const char* const kSampleSql = R"sql(
+INSERT INTO Customers (CustomerId, FirstName, LastName) VALUES
+  (1, 'Mirela', 'Quast'), (2, 'Tobin', 'Arkwright'), (3, 'Halvard', 'Ostrem'),
+  (4, 'Sunniva', 'Pellegrin'), (5, 'Ignaz', 'Wetherby'), (6, 'Oona', 'Castellane');
+INSERT INTO Products (ProductId, ProductName, Vendor, ProductPrice) VALUES
+  (1, 'Alder Tea Tin', 'Fernbrook Goods', 7.5),
+  (2, 'Basalt Mortar', 'Greyhollow Stoneworks', 24.9),
+  (3, 'Copper Kettle', 'Fernbrook Goods', 39),
+  (4, 'Damson Jam', 'Little Orchard Pantry', 4.25),
+  (5, 'Elder Candle', 'Waxwing & Daughters', 6.8),
+  (6, 'Felt Slippers', 'Tussock Makers', 18),
+  (7, 'Gorse Honey', 'Little Orchard Pantry', 8.4),
+  (8, 'Hazel Walking Stick', 'Tussock Makers', 31.5),
+  (9, 'Iron Trivet', 'Greyhollow Stoneworks', 12.75),
+  (10, 'Juniper Soap', 'Waxwing & Daughters', 3.6);
+INSERT INTO Orders (OrderId, CustomerId, OrderDate, DeliveryDate, Delivery, Description) VALUES
+  (1, 1, '2026-03-02 00:00:00', '2026-03-06 00:00:00', 1, 'Birthday parcel'),
+  (2, 1, '2026-05-17 00:00:00', NULL, 0, 'Kitchen things'),
+  (3, 2, '2026-04-11 00:00:00', '2026-04-15 00:00:00', 1, NULL),
+  (4, 3, '2026-06-01 00:00:00', NULL, 0, 'Gifts for the cabin'),
+  (5, 4, '2026-06-20 00:00:00', NULL, 2, 'Held at the depot');
+INSERT INTO OrderBasket (OrderId, ProductId, Quantity) VALUES
+  (1, 1, 2), (1, 4, 3), (1, 7, 1),
+  (2, 3, 1), (2, 9, 2), (2, 2, 1),
+  (3, 6, 1), (3, 8, 1),
+  (4, 5, 6), (4, 10, 4), (4, 5, 2),
+  (5, 7, 3);
+)sql";
+
+}  // namespace brindlewayProj::store
