@@ -25,19 +25,16 @@ TEST_F(SaleRoadTest, ASaleWrittenByTheMethodsReadsBackThroughTheReaders) {
 
   Long unknown = 99;
   EXPECT_EQ(shop_->ProductToBuy(msg_, order, unknown, one), -1);
-  EXPECT_GT(msg_.size(), String("<CompError: brindleway.ProductToBuy> ").size());
+  EXPECT_EQ(msg_,
+            "<CompError: brindleway.ProductToBuy> You cannot add or change a record because a "
+            "related record is required in table 'Products'.");
   EXPECT_EQ(Scalar("SELECT count(*) FROM OrderBasket"), "3");
-
-  auto lines = std::make_shared<Collection>();
-  String separator;
-  Integer anyDelivery = 1;
-  EXPECT_EQ(shop_->ListOpenOrders(msg_, lines, separator, customer, anyDelivery), 1);
-  EXPECT_EQ(Entries(lines), std::vector<String>{std::to_string(order) + ", 3/14/99, Gift wrap"});
 
   Date delivered = DateSerial(1999, 3, 20);
   Integer shipped = 1;
   EXPECT_EQ(shop_->BuyAnOrder(msg_, order, delivered, shipped), 1);
-  EXPECT_EQ(shop_->ListOpenOrders(msg_, lines, separator, customer, anyDelivery), 0);
+  auto lines = std::make_shared<Collection>();
+  String separator;
   EXPECT_EQ(shop_->ListShippedOrders(msg_, lines, separator, customer), 1);
   EXPECT_EQ(Entries(lines),
             std::vector<String>{std::to_string(order) + ", 3/14/99, 3/20/99, Gift wrap"});
@@ -61,8 +58,6 @@ TEST_F(SaleRoadTest, AfterDisconnectTransactionMethodsFailAsCallsWithTheMessageW
     EXPECT_THROW(call(), platform::Error) << name;
     EXPECT_EQ(msg_, "<CompError: brindleway." + name + notSet);
   }
-  EXPECT_EQ(shop_->DeleteAnOrder(msg_, order), -1);
-  EXPECT_EQ(msg_, "<CompError: brindleway.DeleteAnOrder" + notSet);
   EXPECT_EQ(shop_->QuantityOrdered(msg_, quantity, order, product), -1);
   EXPECT_EQ(msg_, "<CompError: brindleway.QuantityOrdered" + notSet);
 }
