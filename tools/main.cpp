@@ -13,8 +13,8 @@ constexpr std::string_view kUsage = R"(Usage: brindleway COMMAND [ARGUMENTS]
 
 Commands:
   create [--sample] FILE        write a new store file (with invented sample data)
-  register [LIBRARY]            enter the server brindlewayProj.so in the registry
-  unregister [LIBRARY]          take it out again
+  register                      enter the server brindlewayProj.so in the registry
+  unregister                    take it out again
   call [--store FILE] METHOD [Name=value ...]
                                 create brindlewayProj.brindleway and call one method
   demo [--store FILE]           walk through a typical sale, printing every call
