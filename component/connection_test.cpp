@@ -1,0 +1,145 @@
+// Creation, DbConnect and DbDisconnect on real store files in a temporary component folder.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "component/brindleway_test_access.h"
+#include "platform/app.h"
+#include "tests/support/test_support.h"
+
+namespace brindlewayProj {
+namespace {
+
+using Access = BrindlewayTestAccess;
+
+class ConnectionTest : public ::testing::Test {
+ protected:
+  ConnectionTest() { platform::App::SetPath(dir_.path().string()); }
+  ~ConnectionTest() override { platform::App::SetPath(""); }
+
+  String DefaultPath() const { return platform::App::Path() + "\\brindleway.mdb"; }
+  // A store's path as the host names it, with a drive letter and backslashes.
+  static String DrivePath(const std::filesystem::path& file) {
+    String text = "Z:" + file.string();
+    std::replace(text.begin(), text.end(), '/', '\\');
+    return text;
+  }
+  // Reads from `database`, to show that it is still open.
+  static void ReadProducts(const brindleway::DatabaseRef& database) {
+    Deref(Deref(database).OpenRecordset("Select * From Products", dao::dbOpenSnapshot)).MoveLast();
+  }
+
+  testing::TempDir dir_;
+  testing::MessageBoxRecorder boxes_;
+  String message_;
+};
+
+TEST_F(ConnectionTest, CreationWithoutAnyStoreShowsOneBoxAndLeavesALiveObject) {
+  {
+    brindleway object;
+    ASSERT_EQ(boxes_.shown().size(), 1u);
+    EXPECT_EQ(boxes_.shown()[0].flags, 0);
+    EXPECT_TRUE(boxes_.shown()[0].prompt.starts_with("<CompError: brindleway.DbConnect> "));
+    EXPECT_GT(boxes_.shown()[0].prompt.size(), String("<CompError: brindleway.DbConnect> ").size());
+    EXPECT_EQ(Access::DbFileName(object), DefaultPath());
+
+    auto names = std::make_shared<Collection>();
+    Long orderId = 1;
+    EXPECT_EQ(object.BasketList(message_, names, orderId), -1);
+    EXPECT_TRUE(message_.starts_with("<CompError: brindleway.BasketList> "));
+  }
+  EXPECT_EQ(boxes_.shown().size(), 1u);  // destruction shows none
+}
+
+TEST_F(ConnectionTest, IniPathIsOpenedAndAMissingOneFallsBackOnTheDefault) {
+  testing::MakeStore(dir_);
+  const auto shop = testing::MakeStore(dir_, false, "shop.mdb");
+  std::ofstream(dir_ / "brindlewayProj.ini") << "[BRINDLEWAY]\ndbpath = " << DrivePath(shop);
+  {
+    brindleway object;
+    EXPECT_EQ(Access::DbFileName(object), DrivePath(shop));
+    EXPECT_NE(Access::Database(object), nullptr);
+  }
+  std::ofstream(dir_ / "brindlewayProj.ini") << "[brindleway]\nDbPath=missing\\shop.mdb\n";
+  brindleway object;
+  EXPECT_EQ(Access::DbFileName(object), DefaultPath());
+  EXPECT_NE(Access::Database(object), nullptr);
+  EXPECT_TRUE(boxes_.shown().empty());
+}
+
+TEST_F(ConnectionTest, DbConnectFollowsPathThenDatabaseThenTheFileOfCreation) {
+  testing::MakeStore(dir_);
+  const auto other = testing::MakeStore(dir_, true, "other.mdb");
+  brindleway object;
+  brindleway::WorkspaceRef workspace;
+  brindleway::DatabaseRef database;
+
+  // A path wins over a given database, which stays usable in the caller's other hands.
+  ASSERT_EQ(object.DbConnect(message_, workspace, database), 0);
+  const auto held = database;
+  Variant path = Variant(DrivePath(other));
+  ASSERT_EQ(object.DbConnect(message_, workspace, database, path), 0);
+  EXPECT_EQ(message_, "<CompInfo: brindleway.DbConnect> Success");
+  EXPECT_NE(database, held);
+  EXPECT_EQ(Access::Database(object), database);
+  EXPECT_EQ(Access::DbFileName(object), DefaultPath());
+  EXPECT_NO_THROW(ReadProducts(held));
+
+  // No path and a given database: that database is taken, nothing is opened.
+  Variant blanks = Variant("   ");
+  brindleway::DatabaseRef given = held;
+  ASSERT_EQ(object.DbConnect(message_, workspace, given, blanks), 0);
+  EXPECT_EQ(blanks.AsString(), "");
+  EXPECT_EQ(Access::Database(object), held);
+
+  // Neither: the file of creation opens again, through the given workspace.
+  brindleway::DatabaseRef none;
+  ASSERT_EQ(object.DbConnect(message_, workspace, none, blanks), 0);
+  EXPECT_NE(none, nullptr);
+  EXPECT_NE(none, held);
+  EXPECT_EQ(Access::Workspace(object), workspace);
+}
+
+TEST_F(ConnectionTest, DbConnectToAMissingFileFillsTheWorkspaceOnly) {
+  testing::MakeStore(dir_);
+  brindleway object;
+  const auto before = Access::Database(object);
+  brindleway::WorkspaceRef workspace;
+  brindleway::DatabaseRef database;
+  String pathText = "  " + (dir_.path() / "nothing.mdb").string() + "  ";
+  Variant path = Variant::ByRef(pathText);
+
+  EXPECT_EQ(object.DbConnect(message_, workspace, database, path), -1);
+  EXPECT_TRUE(message_.starts_with("<CompError: brindleway.DbConnect> "));
+  EXPECT_EQ(pathText, (dir_.path() / "nothing.mdb").string());  // trimmed in place
+  EXPECT_EQ(workspace, dao::DBEngine().Workspaces(0));
+  EXPECT_EQ(database, nullptr);
+  EXPECT_EQ(Access::Database(object), before);
+}
+
+TEST_F(ConnectionTest, DbDisconnectTwiceSucceedsAndLeavesTheClientsDatabaseUsable) {
+  testing::MakeStore(dir_);
+  brindleway object;
+  brindleway::WorkspaceRef workspace;
+  brindleway::DatabaseRef database;
+  ASSERT_EQ(object.DbConnect(message_, workspace, database), 0);
+
+  for (int round = 0; round < 2; ++round) {
+    message_.clear();
+    EXPECT_EQ(object.DbDisconnect(message_), 0);
+    EXPECT_EQ(message_, "<CompInfo: brindleway.DbDisconnect> Success");
+  }
+  EXPECT_EQ(Access::Database(object), nullptr);
+  EXPECT_EQ(Access::Workspace(object), nullptr);
+  EXPECT_NO_THROW(ReadProducts(database));
+
+  // The object is not useless: a connection without a path reopens the file of creation.
+  brindleway::WorkspaceRef noWorkspace;
+  brindleway::DatabaseRef noDatabase;
+  EXPECT_EQ(object.DbConnect(message_, noWorkspace, noDatabase), 0);
+  EXPECT_NE(Access::Database(object), nullptr);
+  EXPECT_TRUE(boxes_.shown().empty());
+}
+
+}  // namespace
+}  // namespace brindlewayProj

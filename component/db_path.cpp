@@ -1,0 +1,57 @@
+// ReadDbPath: the store's path from brindlewayProj.ini beside the component. The reader knows
+// no ini structure beyond two word searches: the first line holding "brindleway" opens the
+// section, and the first later line holding "DbPath" is the key line.
+#include <algorithm>
+#include <cctype>
+
+#include "component/brindleway.h"
+#include "platform/app.h"
+#include "platform/paths.h"
+#include "platform/text_file.h"
+
+namespace brindlewayProj {
+
+namespace {
+
+String AsciiLower(String text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+bool ContainsWord(const String& line, const String& lowerWord) {
+  return AsciiLower(line).find(lowerWord) != String::npos;
+}
+
+// What follows the first "=" of the key line, or the whole line without one; blanks trimmed.
+String KeyLineValue(const String& line) {
+  const auto equals = line.find('=');
+  return Trim(equals == String::npos ? line : line.substr(equals + 1));
+}
+
+// A network path ("\\server\...") or a drive path ("...:\...") stands as it is; anything
+// else lies below the component's folder.
+String ResolveAgainstAppPath(const String& value) {
+  const bool absolute = value.starts_with("\\\\") || value.find(":\\") != String::npos;
+  return absolute ? value : platform::App::Path() + "\\" + value;
+}
+
+}  // namespace
+
+// No failure path: a file that cannot be opened or read fails the caller.
+String brindleway::ReadDbPath() {
+  const String iniPath = platform::App::Path() + "\\" + platform::App::EXEName() + ".ini";
+  if (platform::Dir(iniPath, 0).empty()) return String();
+
+  platform::TextFile ini(iniPath);
+  bool sectionFound = false;
+  while (!sectionFound && !ini.Eof()) sectionFound = ContainsWord(ini.LineInput(), "brindleway");
+  // The section line itself is not searched for the key; nothing closes the section.
+  while (sectionFound && !ini.Eof()) {
+    const String line = ini.LineInput();
+    if (ContainsWord(line, "dbpath")) return ResolveAgainstAppPath(KeyLineValue(line));
+  }
+  return String();
+}
+
+}  // namespace brindlewayProj
