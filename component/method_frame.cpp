@@ -24,6 +24,14 @@ void ReportCount(const String& methodName, String& ReturnMsg, Integer count) {
   }
 }
 
+Integer OpenCountAndReport(const String& methodName, String& ReturnMsg, dao::Database& database,
+                           const String& query, std::shared_ptr<dao::Recordset>& rows) {
+  rows = database.OpenRecordset(query, dao::dbOpenSnapshot);
+  Integer count = CountRows(Deref(rows));
+  ReportCount(methodName, ReturnMsg, count);
+  return count;
+}
+
 bool FieldHasValue(const dao::Recordset& rows, const String& name) {
   Variant field(Deref(rows.Fields()).Item(name));
   return HasValue(field);

@@ -59,6 +59,22 @@ Integer CountRows(dao::Recordset& rows);
 // "Did not find any records".
 void ReportCount(const String& methodName, String& ReturnMsg, Integer count);
 
+// The start of every counting reader: opens `query` as a snapshot into `rows` (before anything
+// is read from it), counts it with CountRows and reports the count. Answers the count.
+Integer OpenCountAndReport(const String& methodName, String& ReturnMsg, dao::Database& database,
+                           const String& query, std::shared_ptr<dao::Recordset>& rows);
+
+// The road of the readers that hand back one row: opens, counts and reports as above, and
+// when rows are found lets `readFirstRow` read the first one. Answers the count.
+template <class ReadFirstRow>
+Integer ReadFirstRowOf(const String& methodName, String& ReturnMsg, dao::Database& database,
+                       const String& query, ReadFirstRow&& readFirstRow) {
+  std::shared_ptr<dao::Recordset> rows;
+  Integer count = OpenCountAndReport(methodName, ReturnMsg, database, query, rows);
+  if (count > 0) readFirstRow(static_cast<const dao::Recordset&>(*rows));
+  return count;
+}
+
 // Walks from the current row to the end: `row()` for each row, then MoveNext; Eof is read
 // before each row.
 template <class Row>
@@ -75,6 +91,13 @@ bool FieldHasValue(const dao::Recordset& rows, const String& name);
 Variant FieldValue(const dao::Recordset& rows, const String& name);
 // A listing's text of a field: its value as String, or "<Empty>" when it has no value.
 String FieldTextOrEmpty(const dao::Recordset& rows, const String& name);
+// Writes the named field's value, converted by `convert`, into `out` only when the field has a
+// value; otherwise `out` keeps what it held.
+template <class T>
+void ReadFieldIfValue(const dao::Recordset& rows, const String& name, T& out,
+                      T (*convert)(const Variant&)) {
+  if (FieldHasValue(rows, name)) out = convert(FieldValue(rows, name));
+}
 
 // "Where ( [Field] = n )" and "Where ( [Field1] = n AND [Field2] = m )".
 String KeyCondition(const String& field, Long key);

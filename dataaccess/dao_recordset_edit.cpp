@@ -70,7 +70,8 @@ long long StoreEdit(Recordset::Impl& impl, bool force, const internal::WriteCont
   }
   if (parameters.empty()) return 1;
   sql += " WHERE rowid = ?";
-  parameters.push_back(impl.rowIds[static_cast<std::size_t>(impl.position)]);
+  parameters.emplace_back(std::in_place_type<std::int64_t>,
+                          impl.rowIds[static_cast<std::size_t>(impl.position)]);
   if (!force) {  // refuse the write if someone changed the row since Edit read it
     for (std::size_t i = 0; i < impl.width; ++i) {
       sql += " AND ";

@@ -136,9 +136,9 @@ Variant ResolvedValue(const Variant& value) {
   Variant resolved = value.Value();
   for (int depth = 0; resolved.vt() == vbObject; ++depth) {
     const auto& object = resolved.AsObject();
-    if (!object || !object->HasDefaultValue()) break;
+    if (object == nullptr || !Deref(object).HasDefaultValue()) break;  // Nothing stays Nothing
     if (depth == kDeepestDefaultValue) platform::Raise(platform::errObjectDoesNotSupport);
-    resolved = object->DefaultValue().Value();
+    resolved = Deref(object).DefaultValue().Value();
   }
   return resolved;
 }

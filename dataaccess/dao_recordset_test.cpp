@@ -1,0 +1,118 @@
+// Reading through recordsets: counts, walking both ways, field kinds and names, and the
+// failures of a query that names what is not there.
+#include <gtest/gtest.h>
+
+#include "dataaccess/dao_test_support.h"
+#include "store/errors.h"
+
+namespace brindlewayProj::dao {
+namespace {
+
+using RecordsetTest = StoreTest;
+
+TEST_F(RecordsetTest, WithoutRowsCountsZeroAndStandsAtBothEnds) {
+  auto recordset = Snapshot("Select [ProductName] From [BasketList] Where ( [OrderId] = 999 )");
+  EXPECT_EQ(recordset->RecordCount(), 0);
+  EXPECT_TRUE(recordset->Eof());
+  EXPECT_TRUE(recordset->Bof());
+  EXPECT_STORE_ERROR(recordset->MoveLast(), store::errNoCurrentRecord, "No current record.");
+  EXPECT_STORE_ERROR(Value(*recordset, "ProductName"), store::errNoCurrentRecord,
+                     "No current record.");
+}
+
+TEST_F(RecordsetTest, CountsRowsReachedAndWalksBothWays) {
+  for (Long type : {dbOpenSnapshot, dbOpenDynaset}) {
+    auto recordset = Db().OpenRecordset(
+        "Select [ProductName] From [BasketList] Where ( [OrderId] = 2 ) Order By [ProductName] "
+        "Asc",
+        type);
+    EXPECT_EQ(recordset->RecordCount(), 1);
+    recordset->MoveLast();
+    EXPECT_EQ(recordset->RecordCount(), 3);
+    EXPECT_EQ(CStr(Value(*recordset, "ProductName")), "Iron Trivet");
+    recordset->MoveFirst();
+    EXPECT_EQ(recordset->RecordCount(), 3);
+    std::vector<String> names;
+    while (!recordset->Eof()) {
+      names.push_back(CStr(Value(*recordset, "productname")));
+      recordset->MoveNext();
+    }
+    EXPECT_EQ(names, (std::vector<String>{"Basalt Mortar", "Copper Kettle", "Iron Trivet"}));
+    EXPECT_STORE_ERROR(recordset->MoveNext(), store::errNoCurrentRecord, "No current record.");
+    recordset->MovePrevious();
+    EXPECT_EQ(CStr(Value(*recordset, "ProductName")), "Iron Trivet");
+  }
+}
+
+TEST_F(RecordsetTest, FieldKindsFollowTheDeclaredTypes) {
+  auto order = Snapshot(
+      "Select [Description], [Delivery], [DeliveryDate], [OrderDate], [OrderId] From "
+      "[OrdersWithNames] Where ( [OrderId] = 2 )");
+  auto& fields = *order->Fields();
+  EXPECT_EQ(fields.Count(), 5);
+  EXPECT_EQ(fields.Item(Long{4})->Name(), "OrderId");
+  EXPECT_EQ(VarType(Value(*order, "OrderId")), vbLong);
+  EXPECT_EQ(VarType(Value(*order, "Delivery")), vbInteger);
+  EXPECT_EQ(CDate(Value(*order, "OrderDate")), DateSerial(2026, 5, 17));
+  EXPECT_TRUE(IsNull(Value(*order, "DeliveryDate")));
+  EXPECT_TRUE(IsNull(Variant(fields.Item("DeliveryDate"))));  // a Field is looked through
+  EXPECT_EQ(VarType(Value(*order, "Description")), vbString);
+  EXPECT_EQ(fields.Item("OrderId"), fields.Item("ORDERID"));  // one Field object per column
+  EXPECT_STORE_ERROR(fields.Item("Nothing"), store::errItemNotFound,
+                     "Item not found in this collection.");
+
+  auto line = Snapshot(
+      "Select [ProductName], [Vendor], [ProductPrice], [Quantity], [Extended Price] From "
+      "[BasketList] Where ( [OrderId] = 1 ) Order By [ProductName]");
+  EXPECT_EQ(VarType(Value(*line, "ProductPrice")), vbDouble);
+  EXPECT_EQ(VarType(Value(*line, "Quantity")), vbLong);
+  EXPECT_DOUBLE_EQ(CDbl(Value(*line, "Extended Price")), 15.0);
+}
+
+TEST_F(RecordsetTest, UnknownSourcesAndNamesFailInTheStoreWords) {
+  EXPECT_STORE_ERROR(Snapshot("Select * From [Shipments]"), store::errTableNotFound,
+                     "The database engine cannot find the input table or query 'Shipments'. "
+                     "Make sure it exists and that its name is spelled correctly.");
+  EXPECT_STORE_ERROR(Snapshot("Shipments"), store::errTableNotFound,
+                     "The database engine cannot find the input table or query 'Shipments'. "
+                     "Make sure it exists and that its name is spelled correctly.");
+  EXPECT_STORE_ERROR(Snapshot("Select [Colour] From [Orders] Where [Size] = 1 Or [size] = 2"),
+                     store::errUnknownName, "Too few parameters. Expected 2.");
+  EXPECT_STORE_ERROR(Db().OpenRecordset("Orders", 7), store::errInvalidArgument,
+                     "Invalid argument.");
+}
+
+TEST_F(RecordsetTest, SmuggledTextStaysInsideTheQuerySource) {
+  const String start =
+      "Select Distinct [ProductName], [Quantity] From [BasketList] Where ( "
+      "[ProductName] = \"";
+  auto widened = Snapshot(start + "x\" Or \"1\"=\"1" + "\" )");
+  widened->MoveLast();
+  EXPECT_EQ(widened->RecordCount(),
+            Count("Select Distinct [ProductName], [Quantity] From [BasketList]"));
+  EXPECT_EQ(widened->Fields()->Count(), 2);
+  for (const char* name : {"x\" ) Union Select [FirstName], 1 From [Customers] Where ( \"1",
+                           "x\" ); Delete From [Orders]; Select * From [Orders] Where ( \"1",
+                           "x\" And [OrderId] In (Select [OrderId] From [Orders]) And \"1"}) {
+    EXPECT_THROW(Snapshot(start + String(name) + "\" )"), platform::Error) << name;
+  }
+  EXPECT_EQ(Count("Orders"), 5);
+}
+
+TEST_F(RecordsetTest, StaysUsableWhileHeldAndClosesOnRequest) {
+  auto recordset = Snapshot("Select [ProductName] From [BasketList] Where ( [OrderId] = 1 )");
+  auto field = recordset->Fields()->Item("ProductName");
+  db_.reset();  // the caller keeps the recordset it was handed
+  recordset->MoveLast();
+  EXPECT_EQ(recordset->RecordCount(), 3);
+  EXPECT_FALSE(IsNull(field->Value()));
+  recordset->Close();
+  EXPECT_STORE_ERROR(recordset->RecordCount(), store::errObjectInvalid,
+                     "Object invalid or no longer set.");
+  EXPECT_STORE_ERROR(field->Value(), store::errObjectInvalid, "Object invalid or no longer set.");
+  recordset.reset();
+  EXPECT_STORE_ERROR(field->Value(), store::errObjectInvalid, "Object invalid or no longer set.");
+}
+
+}  // namespace
+}  // namespace brindlewayProj::dao

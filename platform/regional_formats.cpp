@@ -1,0 +1,137 @@
+// Regional settings: the locale chosen by override or from the environment, and the ICU
+// formatters and symbols built for it.
+#include "platform/regional_formats.h"
+
+#include <unicode/dcfmtsym.h>
+#include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <cstdlib>
+#include <mutex>
+#include <unordered_map>
+
+#include "platform/error.h"
+#include "platform/regional.h"
+
+namespace brindlewayProj::platform {
+namespace {
+
+std::mutex localeMutex;
+String localeOverride;  // guarded by localeMutex; empty means the process locale
+
+// "de_DE.UTF-8@euro" -> "de_DE"; unset, "C" and "POSIX" mean US English.
+String IcuLocaleName(String name) {
+  name = name.substr(0, name.find_first_of(".@"));
+  if (name.empty() || name == "C" || name == "POSIX") return "en_US";
+  return name;
+}
+
+String CurrentLocaleName() {
+  {
+    std::lock_guard lock(localeMutex);
+    if (!localeOverride.empty()) return IcuLocaleName(localeOverride);
+  }
+  for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+    const char* value = std::getenv(variable);
+    if (value != nullptr && *value != '\0') return IcuLocaleName(value);
+  }
+  return IcuLocaleName("");
+}
+
+void Check(UErrorCode status, const char* what) {
+  if (U_FAILURE(status)) {
+    Raise(errInternal,
+          String("Regional settings: ") + what + " failed (" + u_errorName(status) + ")");
+  }
+}
+
+// Gregorian for every year, in UTC: civil fields are formatted as they are.
+icu::Calendar* NewCalendar(const icu::Locale& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  auto calendar =
+      std::make_unique<icu::GregorianCalendar>(icu::TimeZone::getGMT()->clone(), locale, status);
+  calendar->setGregorianChange(U_DATE_MIN, status);
+  Check(status, "the calendar");
+  return calendar.release();
+}
+
+std::unique_ptr<icu::DateFormat> Prepared(icu::DateFormat* format, const icu::Locale& locale) {
+  if (format == nullptr) Raise(errInternal, "Regional settings: no date format for the locale");
+  std::unique_ptr<icu::DateFormat> owned(format);
+  owned->adoptCalendar(NewCalendar(locale));
+  return owned;
+}
+
+// Which of day, month and year come first in a date pattern, and the same pattern with
+// every year field widened to the full year.
+struct PatternShape {
+  String fieldOrder;  // "dmy", "mdy", "ymd", ...
+  icu::UnicodeString fullYearPattern;
+};
+
+PatternShape ShapeOf(const icu::UnicodeString& pattern) {
+  PatternShape shape;
+  bool quoted = false;
+  for (int32_t i = 0; i < pattern.length(); ++i) {
+    const char16_t c = pattern.charAt(i);
+    if (c == u'\'') quoted = !quoted;
+    if (quoted || c == u'\'') {
+      shape.fullYearPattern.append(c);
+      continue;
+    }
+    const char field = c == u'd' ? 'd' : (c == u'M' || c == u'L') ? 'm' : c == u'y' ? 'y' : 0;
+    if (field != 0 && shape.fieldOrder.find(field) == String::npos) shape.fieldOrder += field;
+    const bool repeatedYear = c == u'y' && i > 0 && pattern.charAt(i - 1) == u'y';
+    if (!repeatedYear) shape.fullYearPattern.append(c);
+  }
+  if (shape.fieldOrder.size() != 3) shape.fieldOrder = "mdy";
+  return shape;
+}
+
+std::unique_ptr<RegionalFormats> BuildFormats(const String& name) {
+  UErrorCode status = U_ZERO_ERROR;
+  icu::Locale locale(name.c_str());
+  locale.setKeywordValue("calendar", "gregorian", status);
+  Check(status, "the locale");
+  auto formats = std::make_unique<RegionalFormats>();
+  formats->shortDate =
+      Prepared(icu::DateFormat::createDateInstance(icu::DateFormat::kShort, locale), locale);
+  formats->longTime =
+      Prepared(icu::DateFormat::createTimeInstance(icu::DateFormat::kMedium, locale), locale);
+  icu::UnicodeString pattern;
+  if (auto* simple = dynamic_cast<icu::SimpleDateFormat*>(formats->shortDate.get())) {
+    simple->toPattern(pattern);
+  } else {
+    pattern = u"M/d/yy";
+  }
+  PatternShape shape = ShapeOf(pattern);
+  formats->fieldOrder = shape.fieldOrder;
+  auto fullYear = std::make_unique<icu::SimpleDateFormat>(shape.fullYearPattern, locale, status);
+  Check(status, "the short date pattern");
+  formats->shortDateFullYear = Prepared(fullYear.release(), locale);
+  icu::DecimalFormatSymbols symbols(locale, status);
+  Check(status, "the number symbols");
+  symbols.getSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol)
+      .toUTF8String(formats->decimalSeparator);
+  return formats;
+}
+
+}  // namespace
+
+const RegionalFormats& CurrentRegionalFormats() {
+  thread_local std::unordered_map<String, std::unique_ptr<RegionalFormats>> cache;
+  const String name = CurrentLocaleName();
+  auto found = cache.find(name);
+  if (found == cache.end()) found = cache.emplace(name, BuildFormats(name)).first;
+  return *found->second;
+}
+
+void SetRegionalLocale(const String& name) {
+  std::lock_guard lock(localeMutex);
+  localeOverride = name;
+}
+
+String DecimalSeparator() { return CurrentRegionalFormats().decimalSeparator; }
+
+}  // namespace brindlewayProj::platform
