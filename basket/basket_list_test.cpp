@@ -22,6 +22,7 @@ struct Twin {
   std::vector<String> namesOfOrder1;  // in the order the method delivers them, when it fixes one
   bool ordered;
 };
+void PrintTo(const Twin& twin, std::ostream* out) { *out << twin.name; }
 
 // Orders: 1 with Pear, Apple, Apple, a Null and an empty name; 2 with one row; 3 empty;
 // 10 and 11 with 32767 and 32768 rows of distinct products.

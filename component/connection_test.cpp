@@ -67,6 +67,15 @@ TEST_F(ConnectionTest, IniPathIsOpenedAndAMissingOneFallsBackOnTheDefault) {
   EXPECT_TRUE(boxes_.shown().empty());
 }
 
+TEST_F(ConnectionTest, TheFileNameOfCreationLosesItsBlanksOnTheWayToTheStore) {
+  testing::MakeStore(dir_);
+  platform::App::SetPath("  " + dir_.path().string());
+  brindleway object;
+  EXPECT_EQ(Access::DbFileName(object), dir_.path().string() + "\\brindleway.mdb");
+  EXPECT_NE(Access::Database(object), nullptr);
+  EXPECT_TRUE(boxes_.shown().empty());
+}
+
 TEST_F(ConnectionTest, DbConnectFollowsPathThenDatabaseThenTheFileOfCreation) {
   testing::MakeStore(dir_);
   const auto other = testing::MakeStore(dir_, true, "other.mdb");

@@ -15,6 +15,7 @@ struct IniCase {
   const char* content;   // nullptr: no ini file at all
   const char* expected;  // "{app}" stands for App.Path
 };
+void PrintTo(const IniCase& c, std::ostream* out) { *out << c.name; }
 
 class ReadDbPathTest : public ::testing::TestWithParam<IniCase> {
  protected:

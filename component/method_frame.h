@@ -71,7 +71,7 @@ Integer ReadFirstRowOf(const String& methodName, String& ReturnMsg, dao::Databas
                        const String& query, ReadFirstRow&& readFirstRow) {
   std::shared_ptr<dao::Recordset> rows;
   Integer count = OpenCountAndReport(methodName, ReturnMsg, database, query, rows);
-  if (count > 0) readFirstRow(static_cast<const dao::Recordset&>(*rows));
+  if (count > 0) readFirstRow(static_cast<const dao::Recordset&>(Deref(rows)));
   return count;
 }
 

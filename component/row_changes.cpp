@@ -10,10 +10,11 @@ Integer AddRowAndCommit(const String& methodName, String& ReturnMsg,
                         const std::shared_ptr<dao::Workspace>& workspace,
                         const std::shared_ptr<dao::Database>& database, const String& table,
                         const std::function<void(dao::Recordset&)>& fill) {
-  std::shared_ptr<dao::Recordset> row = Deref(database).OpenRecordset(table, dao::dbOpenDynaset);
-  Deref(row).AddNew();
-  fill(*row);
-  row->Update(dao::dbUpdateRegular, false);
+  std::shared_ptr<dao::Recordset> opened = Deref(database).OpenRecordset(table, dao::dbOpenDynaset);
+  dao::Recordset& row = Deref(opened);
+  row.AddNew();
+  fill(row);
+  row.Update(dao::dbUpdateRegular, false);
   Deref(workspace).CommitTrans(0);
   ReturnMsg = ComposeReturnMsg(methodName, brindleway::CompInfo, "Success");
   return 0;
@@ -23,18 +24,19 @@ Integer EditFirstRowAndCommit(const String& methodName, String& ReturnMsg,
                               const std::shared_ptr<dao::Workspace>& workspace,
                               const std::shared_ptr<dao::Database>& database, const String& query,
                               const std::function<void(dao::Recordset&)>& write) {
-  std::shared_ptr<dao::Recordset> rows = Deref(database).OpenRecordset(query, dao::dbOpenDynaset);
-  if (Deref(rows).RecordCount() == 0) {
+  std::shared_ptr<dao::Recordset> opened = Deref(database).OpenRecordset(query, dao::dbOpenDynaset);
+  dao::Recordset& rows = Deref(opened);
+  if (rows.RecordCount() == 0) {
     Deref(workspace).Rollback();
     ReturnMsg =
         ComposeReturnMsg(methodName, brindleway::CompInfo, "No records found. Nothing to update");
     return 0;
   }
-  rows->Edit();
-  write(*rows);
-  rows->Update(dao::dbUpdateRegular, false);
+  rows.Edit();
+  write(rows);
+  rows.Update(dao::dbUpdateRegular, false);
   Deref(workspace).CommitTrans(0);
-  Integer count = NarrowCount(rows->RecordCount());
+  Integer count = NarrowCount(rows.RecordCount());
   ReturnMsg = ComposeReturnMsg(methodName, brindleway::CompInfo, "Success");
   return count;
 }

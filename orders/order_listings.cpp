@@ -60,7 +60,9 @@ Integer ListOrders(const OrderListing& listing, String& ReturnMsg,
   if (count == 0) return 0;
   clearLines();
   if (separator.empty()) separator = ", ";
-  component::ForEachRow(*rows, [&] { Deref(lines).Add(LineOf(*rows, listing.fields, separator)); });
+  dao::Recordset& walked = Deref(rows);
+  component::ForEachRow(walked,
+                        [&] { Deref(lines).Add(LineOf(walked, listing.fields, separator)); });
   return count;
 }
 
