@@ -1,5 +1,10 @@
 // Reading dates from text: the regional short date or ISO yyyy-mm-dd, each with an optional
-// time, or a time alone.
+// time, or a time alone. Numeric forms are read by hand (quick, and the same in every
+// locale); what the locale writes in words or other digits is left to ICU's parser.
+#include <unicode/calendar.h>
+#include <unicode/datefmt.h>
+
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -112,12 +117,7 @@ std::vector<std::string_view> Words(std::string_view text) {
   return words;
 }
 
-}  // namespace
-
-std::optional<Date> ParseDateText(const String& text) {
-  // No date is longer than this; longer texts are refused before any work.
-  constexpr size_t kLongestDateText = 64;
-  if (text.size() > kLongestDateText) return std::nullopt;
+std::optional<Date> ReadNumericDate(const String& text, const String& fieldOrder) {
   std::vector<std::string_view> words = Words(text);
   // ISO date and time joined by "T".
   if (words.size() == 1 && words[0].size() > 10 && words[0][10] == 'T') {
@@ -130,14 +130,57 @@ std::optional<Date> ParseDateText(const String& text) {
   CivilTime time;
   size_t next = 0;
   const bool hasDate = words[0].find(':') == std::string_view::npos;
-  if (hasDate && !ReadDate(words[next++], CurrentRegionalFormats().fieldOrder, time))
-    return std::nullopt;
+  if (hasDate && !ReadDate(words[next++], fieldOrder, time)) return std::nullopt;
   const size_t rest = words.size() - next;
   if (rest > 2) return std::nullopt;
   if (rest > 0 && !ReadTime(words[next], rest == 2 ? words[next + 1] : "", time)) {
     return std::nullopt;
   }
   return FromCivil(time);
+}
+
+// The civil fields of what `format` reads from the whole of `text`, if it reads all of it.
+std::optional<CivilTime> ReadWith(const icu::DateFormat& format, const icu::UnicodeString& text) {
+  icu::ParsePosition position(0);
+  const UDate instant = format.parse(text, position);
+  if (position.getErrorIndex() >= 0 || position.getIndex() != text.length()) return std::nullopt;
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::Calendar> calendar(format.getCalendar()->clone());
+  calendar->setTime(instant, status);
+  CivilTime time;
+  time.year = calendar->get(UCAL_EXTENDED_YEAR, status);
+  time.month = calendar->get(UCAL_MONTH, status) + 1;
+  time.day = calendar->get(UCAL_DATE, status);
+  time.hour = calendar->get(UCAL_HOUR_OF_DAY, status);
+  time.minute = calendar->get(UCAL_MINUTE, status);
+  time.second = calendar->get(UCAL_SECOND, status);
+  if (U_FAILURE(status)) return std::nullopt;
+  return time;
+}
+
+std::optional<Date> ReadWithRegionalFormats(const String& text, const RegionalFormats& formats) {
+  const icu::UnicodeString unicodeText = icu::UnicodeString::fromUTF8(text).trim();
+  for (const auto* format : {formats.dateTimeReader.get(), formats.shortDate.get()}) {
+    if (auto time = ReadWith(*format, unicodeText)) return FromCivil(*time);
+  }
+  auto time = ReadWith(*formats.longTime, unicodeText);
+  if (!time) return std::nullopt;
+  const CivilTime dayZero;  // a time alone is a time of day 0
+  time->year = dayZero.year;
+  time->month = dayZero.month;
+  time->day = dayZero.day;
+  return FromCivil(*time);
+}
+
+}  // namespace
+
+std::optional<Date> ParseDateText(const String& text) {
+  // No date is longer than this; longer texts are refused before any work.
+  constexpr size_t kLongestDateText = 128;
+  if (text.size() > kLongestDateText) return std::nullopt;
+  const RegionalFormats& formats = CurrentRegionalFormats();
+  if (auto date = ReadNumericDate(text, formats.fieldOrder)) return date;
+  return ReadWithRegionalFormats(text, formats);
 }
 
 }  // namespace brindlewayProj::platform

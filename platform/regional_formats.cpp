@@ -89,6 +89,29 @@ PatternShape ShapeOf(const icu::UnicodeString& pattern) {
   return shape;
 }
 
+icu::UnicodeString PatternOf(const icu::DateFormat& format) {
+  icu::UnicodeString pattern;
+  if (auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(&format))
+    simple->toPattern(pattern);
+  return pattern;
+}
+
+// Reading: plain blanks where the locale has narrow or non-breaking ones (as the text was
+// written), two-digit years from 1930, and no 14th month rolling into the next year.
+void PrepareForReading(icu::DateFormat& format) {
+  constexpr UDate kStartOf1930 = -1262304000000.0;
+  UErrorCode status = U_ZERO_ERROR;
+  if (auto* simple = dynamic_cast<icu::SimpleDateFormat*>(&format)) {
+    icu::UnicodeString pattern = PatternOf(format);
+    pattern.findAndReplace(icu::UnicodeString(char16_t{0x202F}), u" ");
+    pattern.findAndReplace(icu::UnicodeString(char16_t{0x00A0}), u" ");
+    simple->applyPattern(pattern);
+    simple->set2DigitYearStart(kStartOf1930, status);
+  }
+  Check(status, "the two-digit year window");
+  format.setCalendarLenient(false);
+}
+
 std::unique_ptr<RegionalFormats> BuildFormats(const String& name) {
   UErrorCode status = U_ZERO_ERROR;
   icu::Locale locale(name.c_str());
@@ -99,17 +122,21 @@ std::unique_ptr<RegionalFormats> BuildFormats(const String& name) {
       Prepared(icu::DateFormat::createDateInstance(icu::DateFormat::kShort, locale), locale);
   formats->longTime =
       Prepared(icu::DateFormat::createTimeInstance(icu::DateFormat::kMedium, locale), locale);
-  icu::UnicodeString pattern;
-  if (auto* simple = dynamic_cast<icu::SimpleDateFormat*>(formats->shortDate.get())) {
-    simple->toPattern(pattern);
-  } else {
-    pattern = u"M/d/yy";
-  }
+  icu::UnicodeString pattern = PatternOf(*formats->shortDate);
+  if (pattern.isEmpty()) pattern = u"M/d/yy";
   PatternShape shape = ShapeOf(pattern);
   formats->fieldOrder = shape.fieldOrder;
   auto fullYear = std::make_unique<icu::SimpleDateFormat>(shape.fullYearPattern, locale, status);
   Check(status, "the short date pattern");
   formats->shortDateFullYear = Prepared(fullYear.release(), locale);
+  auto dateTime = std::make_unique<icu::SimpleDateFormat>(
+      pattern + u" " + PatternOf(*formats->longTime), locale, status);
+  Check(status, "the date and time pattern");
+  formats->dateTimeReader = Prepared(dateTime.release(), locale);
+  for (auto* format :
+       {formats->shortDate.get(), formats->longTime.get(), formats->dateTimeReader.get()}) {
+    PrepareForReading(*format);
+  }
   icu::DecimalFormatSymbols symbols(locale, status);
   Check(status, "the number symbols");
   symbols.getSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol)

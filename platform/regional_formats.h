@@ -14,6 +14,9 @@ struct RegionalFormats {
   std::unique_ptr<icu::DateFormat> shortDate;
   std::unique_ptr<icu::DateFormat> shortDateFullYear;  // years outside 1930-2029
   std::unique_ptr<icu::DateFormat> longTime;
+  // Short date, a blank and long time in one, for reading; the readers take two-digit years
+  // as 1930-2029 and refuse fields out of range.
+  std::unique_ptr<icu::DateFormat> dateTimeReader;
   String fieldOrder;  // day, month and year in the short date's order: "mdy", "dmy", "ymd"
   String decimalSeparator;
 };
