@@ -32,6 +32,26 @@ Integer OpenCountAndReport(const String& methodName, String& ReturnMsg, dao::Dat
   return count;
 }
 
+Integer ReadRowsInto(const String& methodName, String& ReturnMsg,
+                     const std::shared_ptr<dao::Database>& database, const String& query,
+                     const std::shared_ptr<Collection>& target,
+                     const std::function<void()>& prepare,
+                     const std::function<String(const dao::Recordset&)>& rowText) {
+  return RunUnderFailurePath(methodName, ReturnMsg, [&]() -> Integer {
+    std::shared_ptr<dao::Recordset> recordset;
+    const Integer count =
+        OpenCountAndReport(methodName, ReturnMsg, Deref(database), query, recordset);
+    if (count == 0) return 0;
+    prepare();
+    dao::Recordset& rows = Deref(recordset);
+    ForEachRow(rows, [&] {
+      const String text = rowText(rows);
+      Deref(target).Add(text);
+    });
+    return count;
+  });
+}
+
 bool FieldHasValue(const dao::Recordset& rows, const String& name) {
   Variant field(Deref(rows.Fields()).Item(name));
   return HasValue(field);

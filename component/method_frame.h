@@ -3,9 +3,11 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <new>
 
 #include "component/return_msg.h"
+#include "dataaccess/collection.h"
 #include "dataaccess/dao.h"
 
 namespace brindlewayProj::component {
@@ -84,6 +86,16 @@ void ForEachRow(dao::Recordset& rows, Row&& row) {
     rows.MoveNext();
   }
 }
+
+// The road of the readers that copy rows into the caller's Collection, under the failure path:
+// opens and counts as above, and only when rows are found runs `prepare` (which empties the
+// collection) and then adds `rowText(rows)` for each row, the text made before each Add.
+// Answers the count.
+Integer ReadRowsInto(const String& methodName, String& ReturnMsg,
+                     const std::shared_ptr<dao::Database>& database, const String& query,
+                     const std::shared_ptr<Collection>& target,
+                     const std::function<void()>& prepare,
+                     const std::function<String(const dao::Recordset&)>& rowText);
 
 // HasValue on the named Field of the current row (the Field is fetched anew for each use).
 bool FieldHasValue(const dao::Recordset& rows, const String& name);

@@ -44,54 +44,49 @@ String LineOf(const dao::Recordset& rows, std::span<const char* const> fields,
   return line;
 }
 
-// The caller's collection is emptied, and an empty separator defaulted to ", ", only when rows
-// are found, after the count has been reported.
+// The query of a listing for one customer.
+String QueryOf(const OrderListing& listing, Long customerId) {
+  const String condition = listing.delivery ? component::KeyCondition("CustomerId", customerId,
+                                                                      "Delivery", *listing.delivery)
+                                            : component::KeyCondition("CustomerId", customerId);
+  return listing.selectFrom + condition + listing.ordering;
+}
+
+// One listing for one customer. The caller's collection is emptied (by `clear`), and an empty
+// separator defaulted to ", ", only when rows are found, after the count has been reported.
 Integer ListOrders(const OrderListing& listing, String& ReturnMsg,
                    const std::shared_ptr<dao::Database>& database,
-                   std::shared_ptr<Collection>& lines, String& separator, Long customerId,
-                   const std::function<void()>& clearLines) {
-  String condition = listing.delivery ? component::KeyCondition("CustomerId", customerId,
-                                                                "Delivery", *listing.delivery)
-                                      : component::KeyCondition("CustomerId", customerId);
-  String query = listing.selectFrom + condition + listing.ordering;
-  std::shared_ptr<dao::Recordset> rows;
-  Integer count =
-      component::OpenCountAndReport(listing.methodName, ReturnMsg, Deref(database), query, rows);
-  if (count == 0) return 0;
-  clearLines();
-  if (separator.empty()) separator = ", ";
-  dao::Recordset& walked = Deref(rows);
-  component::ForEachRow(walked,
-                        [&] { Deref(lines).Add(LineOf(walked, listing.fields, separator)); });
-  return count;
+                   const std::shared_ptr<Collection>& lines, String& separator, Long customerId,
+                   const std::function<void()>& clear) {
+  return component::ReadRowsInto(
+      listing.methodName, ReturnMsg, database, QueryOf(listing, customerId), lines,
+      [&] {
+        clear();
+        if (separator.empty()) separator = ", ";
+      },
+      [&](const dao::Recordset& rows) { return LineOf(rows, listing.fields, separator); });
 }
 
 }  // namespace
 
 Integer brindleway::ListOfOrders(String& ReturnMsg, CollectionRef& ocolQueryResultCol,
                                  String& istrSeparator, Long& CustomerId) {
-  return component::RunUnderFailurePath(kAllOrders.methodName, ReturnMsg, [&] {
-    return ListOrders(kAllOrders, ReturnMsg, mDBase, ocolQueryResultCol, istrSeparator, CustomerId,
-                      [&] { ClearCollection(ocolQueryResultCol); });
-  });
+  return ListOrders(kAllOrders, ReturnMsg, mDBase, ocolQueryResultCol, istrSeparator, CustomerId,
+                    [&] { ClearCollection(ocolQueryResultCol); });
 }
 
 // Delivery is part of the signature only: the listing always selects Delivery 0.
 Integer brindleway::ListOpenOrders(String& ReturnMsg, CollectionRef& ocolQueryResultCol,
                                    String& istrSeparator, Long& CustomerId,
                                    [[maybe_unused]] Integer& Delivery) {
-  return component::RunUnderFailurePath(kOpenOrders.methodName, ReturnMsg, [&] {
-    return ListOrders(kOpenOrders, ReturnMsg, mDBase, ocolQueryResultCol, istrSeparator, CustomerId,
-                      [&] { ClearCollection(ocolQueryResultCol); });
-  });
+  return ListOrders(kOpenOrders, ReturnMsg, mDBase, ocolQueryResultCol, istrSeparator, CustomerId,
+                    [&] { ClearCollection(ocolQueryResultCol); });
 }
 
 Integer brindleway::ListShippedOrders(String& ReturnMsg, CollectionRef& ocolQueryResultCol,
                                       String& istrSeparator, Long& CustomerId) {
-  return component::RunUnderFailurePath(kShippedOrders.methodName, ReturnMsg, [&] {
-    return ListOrders(kShippedOrders, ReturnMsg, mDBase, ocolQueryResultCol, istrSeparator,
-                      CustomerId, [&] { ClearCollection(ocolQueryResultCol); });
-  });
+  return ListOrders(kShippedOrders, ReturnMsg, mDBase, ocolQueryResultCol, istrSeparator,
+                    CustomerId, [&] { ClearCollection(ocolQueryResultCol); });
 }
 
 }  // namespace brindlewayProj
