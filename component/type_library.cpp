@@ -129,8 +129,12 @@ const std::array<MethodInfo, 18> kMethods = {
 
 String DefaultText(const DefaultValue& byDefault) {
   switch (byDefault.kind) {
-    case DefaultValue::Kind::Text:
-      return "\"" + String(byDefault.text) + "\"";
+    case DefaultValue::Kind::Text: {
+      String quoted(1, '"');
+      quoted += byDefault.text;
+      quoted += '"';
+      return quoted;
+    }
     case DefaultValue::Kind::Boolean:
       return byDefault.flag ? "True" : "False";
     case DefaultValue::Kind::None:
