@@ -1,6 +1,6 @@
 // BasketList and GetOrderedProducts: the product names in the basket of one order, into the
 // caller's Collection. The twins share one road and differ in their query and their name.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

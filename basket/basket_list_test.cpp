@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "component/brindleway.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj {

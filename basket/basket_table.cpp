@@ -1,5 +1,5 @@
 // BasketTable: hands the caller an open snapshot of an order's basket, standing on its first row.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

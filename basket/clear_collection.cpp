@@ -1,6 +1,6 @@
 // ClearCollection: empties a caller's Collection from the front, one item a step, until the
 // collection itself reports no items. Nothing is harmless; failures go to the caller's path.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 
 namespace brindlewayProj {
 

@@ -1,5 +1,5 @@
 // ModifyOrderQuantity: changes the quantity of the first basket row of an order and product.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 #include "component/row_changes.h"
 

@@ -1,5 +1,5 @@
 // LookupOrderedProduct and QuantityOrdered: one basket row's values read into out-parameters.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

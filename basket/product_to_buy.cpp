@@ -1,5 +1,5 @@
 // ProductToBuy: adds one basket row in a transaction, with no look at the rows already there.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 #include "component/row_changes.h"
 

@@ -1,5 +1,5 @@
 // RemoveFromBasket: deletes every basket row of an order and product by one statement.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 #include "component/row_changes.h"
 

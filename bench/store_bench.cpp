@@ -8,7 +8,7 @@
 #include <string>
 
 #include "bench/bench_store.h"
-#include "dataaccess/dao.h"
+#include <brindleway/dao.h>
 
 namespace brindlewayProj::bench {
 namespace {

@@ -2,7 +2,7 @@
 // files only.
 #pragma once
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 
 namespace brindlewayProj {
 

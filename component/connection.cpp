@@ -1,6 +1,6 @@
 // DbConnect and DbDisconnect: binding the object's workspace and database references, and
 // giving them up again. Neither closes anything; objects go with their last reference.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "component/brindleway_test_access.h"
-#include "platform/app.h"
+#include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cctype>
 
-#include "component/brindleway.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include "platform/paths.h"
 #include "platform/text_file.h"
 

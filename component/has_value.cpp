@@ -1,6 +1,6 @@
 // The component's test whether a value was really given: the data-access layer's HasValue,
 // which also trims a text (and the caller's variable behind a reference) in place.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 
 namespace brindlewayProj {
 

@@ -1,8 +1,8 @@
 // Creation and destruction of a brindleway object: it connects itself to the store named by
 // its ini file (or to brindleway.mdb beside the component) and lets go of it at the end. A
 // failed connection or disconnection shows a message box; creation goes on regardless.
-#include "component/brindleway.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include "platform/message_box.h"
 #include "platform/paths.h"
 

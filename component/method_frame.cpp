@@ -1,7 +1,7 @@
 // Counting, reporting and field reads shared by the readers; key conditions of the queries.
 #include "component/method_frame.h"
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 
 namespace brindlewayProj::component {
 

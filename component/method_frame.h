@@ -7,8 +7,8 @@
 #include <new>
 
 #include "component/return_msg.h"
-#include "dataaccess/collection.h"
-#include "dataaccess/dao.h"
+#include <brindleway/collection.h>
+#include <brindleway/dao.h>
 
 namespace brindlewayProj::component {
 

@@ -1,7 +1,7 @@
 // Message texts of ReturnMsg, and the component's BuildReturnMsg over them.
 #include "component/return_msg.h"
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 
 namespace brindlewayProj::component {
 

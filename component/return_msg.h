@@ -1,7 +1,7 @@
 // The one place where a message text gets its form: "<CompInfo: brindleway.Method> text".
 #pragma once
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj::component {
 

@@ -1,7 +1,7 @@
 // Adding, editing and deleting rows: the roads shared by the writing methods.
 #include "component/row_changes.h"
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj::component {

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "dataaccess/dao.h"
+#include <brindleway/dao.h>
 
 namespace brindlewayProj::component {
 

@@ -1,7 +1,7 @@
 // BuildMultiCond: "((field op v1) OR (field op v2) ...)" over the values of a Collection; the
 // connector is OR for the operator "=" and AND for any other. It has no failure path: a
 // failure (no collection, too many values, a value without a text form) fails the call.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

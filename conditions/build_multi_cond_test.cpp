@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "component/brindleway.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include "platform/regional.h"
 #include "tests/support/test_support.h"
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "component/brindleway_test_access.h"
-#include "platform/app.h"
+#include <brindleway/hooks.h>
 #include "platform/regional.h"
 #include "tests/support/test_support.h"
 

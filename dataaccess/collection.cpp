@@ -1,5 +1,5 @@
 // Collection: an ordered list of Variants numbered from 1.
-#include "dataaccess/collection.h"
+#include <brindleway/collection.h>
 
 namespace brindlewayProj {
 namespace {

@@ -1,5 +1,5 @@
 // Collection: numbering from 1, removal moving the rest up, indexes out of range.
-#include "dataaccess/collection.h"
+#include <brindleway/collection.h>
 
 #include <gtest/gtest.h>
 

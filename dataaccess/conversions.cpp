@@ -5,7 +5,7 @@
 
 #include "dataaccess/number_text.h"
 #include "dataaccess/resolved_value.h"
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 #include "platform/calendar.h"
 #include "platform/regional.h"
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <sstream>
 
-#include "dataaccess/collection.h"
+#include <brindleway/collection.h>
 #include "dataaccess/field_like_test.h"
 #include "platform/regional.h"
 

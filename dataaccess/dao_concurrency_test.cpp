@@ -7,7 +7,7 @@
 #include <iostream>
 #include <set>
 
-#include "dataaccess/dao.h"
+#include <brindleway/dao.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::dao {

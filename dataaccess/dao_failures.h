@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "dataaccess/dao_session.h"
-#include "platform/error.h"
+#include <brindleway/error.h>
 #include "store/backend.h"
 
 namespace brindlewayProj::dao::internal {

@@ -16,7 +16,7 @@
 #include <memory>
 #include <vector>
 
-#include "dataaccess/dao.h"
+#include <brindleway/dao.h>
 #include "dataaccess/dao_session.h"
 
 namespace brindlewayProj::dao {

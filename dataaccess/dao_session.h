@@ -7,7 +7,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 #include "store/backend.h"
 
 namespace brindlewayProj::dao::internal {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "dataaccess/dao.h"
+#include <brindleway/dao.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::dao {

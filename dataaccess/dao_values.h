@@ -2,7 +2,7 @@
 // stored as text `YYYY-MM-DD HH:MM:SS`.
 #pragma once
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 #include "store/backend.h"
 
 namespace brindlewayProj::dao::internal {

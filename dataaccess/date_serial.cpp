@@ -2,7 +2,7 @@
 // as the platform lets them ("month 13" is January of the next year).
 #include <cmath>
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 #include "platform/calendar.h"
 
 namespace brindlewayProj {

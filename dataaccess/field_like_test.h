@@ -2,7 +2,7 @@
 // the subject of the test.
 #pragma once
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj::testing {
 

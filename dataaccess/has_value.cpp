@@ -1,6 +1,6 @@
 // HasValue, the test whether a value was really given, and the blank trimming it uses.
 #include "dataaccess/resolved_value.h"
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj {
 

@@ -1,7 +1,7 @@
 // HasValue by its rules, with the trim written back where the value came from.
 #include <gtest/gtest.h>
 
-#include "dataaccess/collection.h"
+#include <brindleway/collection.h>
 #include "dataaccess/field_like_test.h"
 
 namespace brindlewayProj {

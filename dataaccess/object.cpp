@@ -1,7 +1,7 @@
 // The base of the objects a Variant can hold.
-#include "dataaccess/object.h"
+#include <brindleway/object.h>
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj {
 

@@ -2,7 +2,7 @@
 // object with a default value (a Field), that value.
 #pragma once
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj {
 

@@ -1,5 +1,5 @@
 // Variant: construction, references to a caller's variable, kinds and typed access.
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 #include "dataaccess/resolved_value.h"
 

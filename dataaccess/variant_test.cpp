@@ -1,9 +1,9 @@
 // Variant kinds, and references that read and write a caller's variable.
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 #include <gtest/gtest.h>
 
-#include "dataaccess/collection.h"
+#include <brindleway/collection.h>
 #include "dataaccess/field_like_test.h"
 
 namespace brindlewayProj {

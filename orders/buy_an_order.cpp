@@ -1,5 +1,5 @@
 // BuyAnOrder: writes an order's delivery date and delivery state in a transaction.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 #include "component/row_changes.h"
 

@@ -1,5 +1,5 @@
 // DeleteAnOrder: deletes one order by one statement; the store decides about its basket rows.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 #include "component/row_changes.h"
 

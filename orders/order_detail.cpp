@@ -1,5 +1,5 @@
 // OrderDetail: reads one order, with its customer's name, into out-parameters.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <span>
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 
 namespace brindlewayProj {

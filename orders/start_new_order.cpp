@@ -1,5 +1,5 @@
 // StartNewOrder: adds one order for a customer in a transaction and hands back its new key.
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
 #include "component/method_frame.h"
 #include "component/row_changes.h"
 

@@ -1,6 +1,6 @@
 // App.Path and App.EXEName: the folder of the loaded component file, found through the
 // dynamic loader, and the component's name.
-#include "platform/app.h"
+#include <brindleway/hooks.h>
 
 #include <dlfcn.h>
 

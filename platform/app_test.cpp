@@ -1,5 +1,5 @@
 // App's folder and name, and the message box's default and replaced handlers.
-#include "platform/app.h"
+#include <brindleway/hooks.h>
 
 #include <gtest/gtest.h>
 

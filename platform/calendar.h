@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::platform {
 

@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "platform/calendar.h"
-#include "platform/error.h"
+#include <brindleway/error.h>
 #include "platform/regional.h"
 #include "platform/regional_formats.h"
 

@@ -1,5 +1,5 @@
 // Runtime error texts, the Error exception and the per-thread current failure.
-#include "platform/error.h"
+#include <brindleway/error.h>
 
 namespace brindlewayProj::platform {
 

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::platform {
 

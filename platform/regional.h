@@ -1,15 +1,12 @@
 // Regional settings: dates and numbers as text in the user's locale, and reading them back.
+// The locale is chosen with SetRegionalLocale (<brindleway/hooks.h>).
 #pragma once
 
 #include <optional>
 
-#include "platform/types.h"
+#include <brindleway/hooks.h>
 
 namespace brindlewayProj::platform {
-
-// Chooses the locale by name ("de_DE", "en_US.UTF-8"); an empty name goes back to the
-// process locale (LC_ALL, LC_TIME, LANG; unset, "C" and "POSIX" mean US English).
-void SetRegionalLocale(const String& name);
 
 // The platform's text of a date: the short date, then a blank and the long time when the
 // time of day is not midnight; a value without a day part gives the time alone. Blanks are

@@ -11,7 +11,7 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "platform/error.h"
+#include <brindleway/error.h>
 #include "platform/regional.h"
 
 namespace brindlewayProj::platform {

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::platform {
 

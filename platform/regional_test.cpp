@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "platform/error.h"
+#include <brindleway/error.h>
 
 namespace brindlewayProj::platform {
 namespace {

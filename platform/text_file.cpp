@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "platform/error.h"
+#include <brindleway/error.h>
 #include "platform/paths.h"
 
 namespace brindlewayProj::platform {

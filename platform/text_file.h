@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::platform {
 

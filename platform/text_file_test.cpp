@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "platform/error.h"
+#include <brindleway/error.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::platform {

@@ -2,7 +2,7 @@
 // classic desktop database engine. Every store failure that reaches a caller is built here.
 #pragma once
 
-#include "platform/error.h"
+#include <brindleway/error.h>
 
 namespace brindlewayProj::store {
 

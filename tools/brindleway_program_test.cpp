@@ -6,7 +6,7 @@
 #include <regex>
 #include <sstream>
 
-#include "component/type_library.h"
+#include "server/type_library.h"
 #include "tests/support/test_support.h"
 #include "tools/commands.h"
 

@@ -2,7 +2,7 @@
 #include <iostream>
 #include <optional>
 
-#include "component/type_library.h"
+#include "server/type_library.h"
 #include "tools/commands.h"
 #include "tools/late_call.h"
 #include "tools/session.h"

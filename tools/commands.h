@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::cli {
 

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <iostream>
 
-#include "dataaccess/dao.h"
-#include "platform/app.h"
+#include <brindleway/dao.h>
+#include <brindleway/hooks.h>
 #include "store/schema.h"
 #include "tools/commands.h"
 #include "tools/late_call.h"

@@ -7,7 +7,7 @@
 #include <optional>
 #include <ostream>
 
-#include "dataaccess/collection.h"
+#include <brindleway/collection.h>
 #include "tools/value_text.h"
 
 namespace brindlewayProj::cli {

@@ -15,7 +15,9 @@
 #include <stdexcept>
 #include <vector>
 
-#include "component/dispatch.h"
+#include <brindleway/dispatch.h>
+
+#include "server/type_library.h"
 
 namespace brindlewayProj::cli {
 

@@ -1,9 +1,9 @@
 // Creation of the late-bound object for the call and demo commands.
 #include "tools/session.h"
 
-#include "component/type_library.h"
+#include "server/type_library.h"
 #include "platform/message_box.h"
-#include "tools/create_object.h"
+#include <brindleway/dispatch.h>
 
 namespace brindlewayProj::cli {
 namespace {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "component/dispatch.h"
+#include <brindleway/dispatch.h>
 
 namespace brindlewayProj::cli {
 

@@ -1,10 +1,10 @@
 // The commands that set up: create a store file, register and unregister the server.
 #include <iostream>
 
-#include "component/registry.h"
-#include "component/server_exports.h"
-#include "component/type_library.h"
-#include "platform/error.h"
+#include "server/registry.h"
+#include "server/server_exports.h"
+#include "server/type_library.h"
+#include <brindleway/error.h>
 #include "store/schema.h"
 #include "tools/commands.h"
 

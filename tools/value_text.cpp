@@ -1,8 +1,8 @@
 // Text of values for the command-line program.
 #include "tools/value_text.h"
 
-#include "dataaccess/collection.h"
-#include "dataaccess/dao.h"
+#include <brindleway/collection.h>
+#include <brindleway/dao.h>
 
 namespace brindlewayProj::cli {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj::cli {
 

@@ -8,8 +8,8 @@
 
 #include <memory>
 
-#include "component/brindleway.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include "platform/regional.h"
 #include "tests/support/test_support.h"
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::testing {
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj::dao {
 

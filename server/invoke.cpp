@@ -1,5 +1,5 @@
 // Placing late-bound arguments on a method's parameters and calling it.
-#include "component/dispatch.h"
+#include "server/invoke.h"
 
 #include <optional>
 #include <vector>

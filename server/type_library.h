@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj {
 class brindleway;

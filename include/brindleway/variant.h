@@ -6,8 +6,8 @@
 #include <memory>
 #include <variant>
 
-#include "dataaccess/object.h"
-#include "platform/types.h"
+#include <brindleway/object.h>
+#include <brindleway/types.h>
 
 namespace brindlewayProj {
 

@@ -1,13 +1,13 @@
 // CreateObject: registry lookup, loading of the server file, and creation through its factory.
-#include "tools/create_object.h"
+#include <brindleway/dispatch.h>
 
 #include <dlfcn.h>
 
 #include <sstream>
 
-#include "component/class_factory.h"
-#include "component/registry.h"
-#include "component/server_exports.h"
+#include "server/class_factory.h"
+#include "server/registry.h"
+#include "server/server_exports.h"
 
 namespace brindlewayProj::client {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "platform/error.h"
+#include <brindleway/error.h>
 
 namespace brindlewayProj {
 

@@ -1,12 +1,12 @@
 // The type library of brindlewayProj: the method table of _brindleway and lookups over it.
-#include "component/type_library.h"
+#include "server/type_library.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 
-#include "component/brindleway.h"
-#include "component/dispatch_binding.h"
+#include <brindleway/brindleway.h>
+#include "server/dispatch_binding.h"
 
 namespace brindlewayProj::server {
 namespace {

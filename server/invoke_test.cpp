@@ -1,11 +1,11 @@
 // Late-bound calls through the type library: lookups, argument placement, binding and
 // write-back, refused calls, and results equal to direct calls on a real store.
-#include "component/dispatch.h"
+#include "server/invoke.h"
 
 #include <gtest/gtest.h>
 
-#include "component/brindleway.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::server {

@@ -1,9 +1,11 @@
 // The late-bound brindleway object, its factory, and the count of live objects.
-#include "component/class_factory.h"
+#include "server/class_factory.h"
 
 #include <atomic>
 
-#include "component/brindleway.h"
+#include <brindleway/brindleway.h>
+
+#include "server/invoke.h"
 
 namespace brindlewayProj::server {
 namespace {

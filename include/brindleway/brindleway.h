@@ -10,9 +10,11 @@
 
 #include <memory>
 
-#include "dataaccess/collection.h"
-#include "dataaccess/dao.h"
-#include "dataaccess/variant.h"
+#include <brindleway/collection.h>
+#include <brindleway/dao.h>
+#include <brindleway/error.h>
+#include <brindleway/hooks.h>
+#include <brindleway/variant.h>
 
 namespace brindlewayProj {
 

@@ -3,7 +3,7 @@
 
 #include <deque>
 
-#include "dataaccess/variant.h"
+#include <brindleway/variant.h>
 
 namespace brindlewayProj {
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "component/dispatch.h"
+#include <brindleway/dispatch.h>
 
 namespace brindlewayProj::server {
 

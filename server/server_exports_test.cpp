@@ -1,14 +1,15 @@
 // The server's entry points: class factory by class id, unloading by live objects, and
 // registration into the registry file.
-#include "component/server_exports.h"
+#include "server/server_exports.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
-#include "component/class_factory.h"
-#include "component/registry.h"
-#include "platform/app.h"
+#include "server/class_factory.h"
+#include "server/registry.h"
+#include "server/type_library.h"
+#include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::server {

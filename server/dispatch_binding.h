@@ -9,9 +9,9 @@
 #include <tuple>
 #include <utility>
 
-#include "component/type_library.h"
-#include "dataaccess/collection.h"
-#include "dataaccess/dao.h"
+#include "server/type_library.h"
+#include <brindleway/collection.h>
+#include <brindleway/dao.h>
 
 namespace brindlewayProj::server {
 

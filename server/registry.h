@@ -9,7 +9,7 @@
 #include <map>
 #include <optional>
 
-#include "platform/types.h"
+#include <brindleway/types.h>
 
 namespace brindlewayProj::server {
 

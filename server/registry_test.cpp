@@ -1,13 +1,13 @@
 // The registry file: where it lies, reading and writing it, and this server's entries in it.
-#include "component/registry.h"
+#include "server/registry.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <fstream>
 
-#include "component/type_library.h"
-#include "platform/error.h"
+#include "server/type_library.h"
+#include <brindleway/error.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::server {

@@ -1,10 +1,11 @@
 // The entry points of the server file: unload check, class factory, registration.
-#include "component/server_exports.h"
+#include "server/server_exports.h"
 
 #include <dlfcn.h>
 
-#include "component/class_factory.h"
-#include "component/registry.h"
+#include "server/class_factory.h"
+#include "server/type_library.h"
+#include "server/registry.h"
 
 namespace brindlewayProj::server {
 namespace {

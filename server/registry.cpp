@@ -1,5 +1,5 @@
 // Reading and writing the registry file, and the entries of this server in it.
-#include "component/registry.h"
+#include "server/registry.h"
 
 #include <unistd.h>
 
@@ -9,8 +9,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "component/type_library.h"
-#include "platform/error.h"
+#include "server/type_library.h"
+#include <brindleway/error.h>
 
 namespace brindlewayProj::server {
 namespace {

@@ -1,15 +1,15 @@
 // CreateObject as a client that knows only names uses it: through the registry file, the
 // server file's entry points and late-bound calls.
-#include "tools/create_object.h"
+#include <brindleway/dispatch.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
-#include "component/brindleway.h"
-#include "component/registry.h"
-#include "component/server_exports.h"
-#include "platform/app.h"
+#include <brindleway/brindleway.h>
+#include "server/registry.h"
+#include "server/server_exports.h"
+#include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::client {
