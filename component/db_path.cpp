@@ -1,27 +1,15 @@
 // ReadDbPath: the store's path from brindlewayProj.ini beside the component. The reader knows
 // no ini structure beyond two word searches: the first line holding "brindleway" opens the
 // section, and the first later line holding "DbPath" is the key line.
-#include <algorithm>
-#include <cctype>
-
 #include <brindleway/brindleway.h>
 #include <brindleway/hooks.h>
+#include "platform/ascii.h"
 #include "platform/paths.h"
 #include "platform/text_file.h"
 
 namespace brindlewayProj {
 
 namespace {
-
-String AsciiLower(String text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
-bool ContainsWord(const String& line, const String& lowerWord) {
-  return AsciiLower(line).find(lowerWord) != String::npos;
-}
 
 // What follows the first "=" of the key line, or the whole line without one; blanks trimmed.
 String KeyLineValue(const String& line) {
@@ -45,11 +33,11 @@ String brindleway::ReadDbPath() {
 
   platform::TextFile ini(iniPath);
   bool sectionFound = false;
-  while (!sectionFound && !ini.Eof()) sectionFound = ContainsWord(ini.LineInput(), "brindleway");
+  while (!sectionFound && !ini.Eof()) sectionFound = platform::ContainsIgnoringAsciiCase(ini.LineInput(), "brindleway");
   // The section line itself is not searched for the key; nothing closes the section.
   while (sectionFound && !ini.Eof()) {
     const String line = ini.LineInput();
-    if (ContainsWord(line, "dbpath")) return ResolveAgainstAppPath(KeyLineValue(line));
+    if (platform::ContainsIgnoringAsciiCase(line, "DbPath")) return ResolveAgainstAppPath(KeyLineValue(line));
   }
   return String();
 }

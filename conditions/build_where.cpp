@@ -2,21 +2,14 @@
 // operator, delimited by the value's kind: "#...#" for a Date, double quotes for a String,
 // nothing for the rest. A value that carries nothing gives no condition; the text "NULL"
 // asks for "field=NULL". bConnect chains calls: once set, the connector goes in front.
-#include <algorithm>
-#include <cctype>
-
 #include <brindleway/brindleway.h>
+
 #include "component/method_frame.h"
+#include "platform/ascii.h"
 
 namespace brindlewayProj {
 
 namespace {
-
-String AsciiUpper(String text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return text;
-}
 
 // Date 0 and one second past it, as the platform writes them without a day part, stand for
 // "no date given". The comparison is by text, so a Date with a day part never matches.
@@ -43,7 +36,7 @@ String brindleway::BuildWhere(String& sField, Variant& vValue, bool& bConnect, V
     const String prefix = bConnect ? connector : String();
 
     const String valueText = JoinText(vValue);
-    const bool asksForNull = kind == vbString && AsciiUpper(valueText) == "NULL";
+    const bool asksForNull = kind == vbString && platform::EqualsIgnoringAsciiCase(valueText, "NULL");
     const bool carriesNothing = (kind == vbString && (valueText.empty() || asksForNull)) ||
                                 (kind == vbDate && IsNoDateText(valueText));
     if (carriesNothing) {

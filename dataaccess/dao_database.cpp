@@ -1,6 +1,7 @@
 // Database: opens recordsets on query texts and table names, and runs Delete statements.
 #include "dataaccess/dao_failures.h"
 #include "dataaccess/dao_impl.h"
+#include "platform/ascii.h"
 #include "store/dialect.h"
 #include "store/errors.h"
 
@@ -22,8 +23,8 @@ const store::SourceInfo& CheckNames(internal::Session& session,
   if (!source) throw store::TableNotFound(statement.source);
   std::vector<std::string_view> unknown;
   for (const auto& name : statement.names) {
-    auto known = [&](const store::ColumnInfo& column) { return SameName(column.name, name); };
-    auto seen = [&](std::string_view other) { return SameName(other, name); };
+    auto known = [&](const store::ColumnInfo& column) { return platform::EqualsIgnoringAsciiCase(column.name, name); };
+    auto seen = [&](std::string_view other) { return platform::EqualsIgnoringAsciiCase(other, name); };
     if (std::none_of(source->columns.begin(), source->columns.end(), known) &&
         std::none_of(unknown.begin(), unknown.end(), seen)) {
       unknown.push_back(name);
@@ -42,7 +43,7 @@ Database::~Database() = default;
 std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type) {
   auto& session = OpenSession(*impl_);
   if (type != dbOpenDynaset && type != dbOpenSnapshot) throw store::InvalidArgument();
-  auto statement = dialect::ParseRecordSource(name);
+  auto statement = dialect::ParseRecordSource(name, session.Connection().Syntax());
   const auto& source = CheckNames(session, statement);
   auto recordset = std::make_shared<Recordset::Impl>();
   recordset->session = impl_->session;
@@ -50,7 +51,7 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type
   bool updatable = !recordset->snapshot && source.isTable && !statement.distinct;
   if (updatable) recordset->table = &source;
   recordset->firstColumn = updatable ? 1 : 0;
-  std::string sql = dialect::SelectSql(statement, updatable);
+  std::string sql = dialect::SelectSql(statement, updatable, session.Connection().Syntax());
   internal::WriteContext context{&session};
   auto& prepared = internal::Guarded(
       [&]() -> store::Statement& { return session.Connection().Prepare(sql); }, context);
@@ -61,7 +62,7 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type
 void Database::Execute(const String& query, Long /*options*/) {
   auto& session = OpenSession(*impl_);
   impl_->recordsAffected = 0;
-  auto statement = dialect::Parse(query);
+  auto statement = dialect::Parse(query, session.Connection().Syntax());
   if (statement.kind != dialect::StatementKind::kDelete) throw store::CannotExecuteSelect();
   const auto& source = CheckNames(session, statement);
   if (!source.isTable) throw store::ReadOnly();
@@ -70,7 +71,9 @@ void Database::Execute(const String& query, Long /*options*/) {
   // One statement is atomic in the backend: all of its rows go, or none.
   long long changed = internal::Guarded(
       [&] {
-        return session.Connection().Execute(dialect::DeleteSql(statement), statement.parameters);
+        auto& connection = session.Connection();
+        return connection.Execute(dialect::DeleteSql(statement, connection.Syntax()),
+                                  statement.parameters);
       },
       context);
   impl_->recordsAffected = static_cast<Long>(changed);

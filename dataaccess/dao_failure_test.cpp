@@ -9,7 +9,7 @@
 #include "dataaccess/dao_test_support.h"
 #include "store/backend.h"
 #include "store/errors.h"
-#include "store/sqlite_backend.h"
+#include "store/sqlite/connection.h"
 
 namespace brindlewayProj::dao {
 namespace {
@@ -40,7 +40,26 @@ class FaultyConnection : public store::Connection {
   std::optional<store::SourceInfo> Describe(const std::string& name) override {
     return inner_->Describe(name);
   }
-  std::int64_t LastRowId() override { return inner_->LastRowId(); }
+  const store::SqlSyntax& Syntax() const override { return inner_->Syntax(); }
+  std::optional<std::vector<store::SqlValue>> ReadRow(const store::SourceInfo& table,
+                                                      std::span<const std::string> columns,
+                                                      const store::RowId& row) override {
+    return inner_->ReadRow(table, columns, row);
+  }
+  long long UpdateRow(const store::SourceInfo& table, const store::RowId& row,
+                      std::span<const store::ColumnValue> changes,
+                      std::span<const store::ColumnValue> expected) override {
+    plan_.Check("UPDATE");
+    return inner_->UpdateRow(table, row, changes, expected);
+  }
+  store::RowId InsertRow(const store::SourceInfo& table,
+                         std::span<const store::ColumnValue> values) override {
+    plan_.Check("INSERT");
+    return inner_->InsertRow(table, values);
+  }
+  bool ParentRowExists(const store::ForeignKey& key, const store::SqlValue& value) override {
+    return inner_->ParentRowExists(key, value);
+  }
   std::int64_t ReserveKey(const store::SourceInfo& table) override {
     plan_.Check("RESERVE");
     return inner_->ReserveKey(table);
@@ -65,7 +84,7 @@ class FaultTest : public StoreTest {
   static FaultPlan plan;
   static void SetUpTestSuite() {
     store::SetConnectionOpenerForTesting([](const std::filesystem::path& file) {
-      return std::make_shared<FaultyConnection>(store::OpenSqliteConnection(file), plan);
+      return std::make_shared<FaultyConnection>(store::sqlite::Open(file), plan);
     });
   }
   static void TearDownTestSuite() { store::SetConnectionOpenerForTesting(nullptr); }

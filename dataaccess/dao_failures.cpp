@@ -2,7 +2,7 @@
 #include "dataaccess/dao_failures.h"
 
 #include "dataaccess/dao_impl.h"
-#include "store/dialect.h"
+#include "platform/ascii.h"
 #include "store/errors.h"
 
 namespace brindlewayProj::dao::internal {
@@ -17,22 +17,9 @@ std::string MissingParent(const WriteContext& context) {
     for (const auto& key : keys) {
       for (std::size_t i = 0; i < context.columns->size(); ++i) {
         const auto& value = (*context.values)[i];
-        if (!SameName((*context.columns)[i].name, key.column) || store::IsSqlNull(value)) continue;
-        std::string sql = "SELECT 1 FROM ";
-        store::dialect::AppendQuotedName(sql, key.parentTable);
-        sql += " WHERE ";
-        if (key.parentColumn.empty()) {
-          sql += "rowid";
-        } else {
-          store::dialect::AppendQuotedName(sql, key.parentColumn);
-        }
-        sql += " = ?";
+        if (!platform::EqualsIgnoringAsciiCase((*context.columns)[i].name, key.column) || store::IsSqlNull(value)) continue;
         try {
-          auto& lookup = context.session->Connection().Prepare(sql);
-          lookup.Bind({value});
-          bool found = lookup.Step();
-          lookup.Reset();
-          if (!found) return key.parentTable;
+          if (!context.session->Connection().ParentRowExists(key, value)) return key.parentTable;
         } catch (const store::BackendError&) {
           return key.parentTable;
         }

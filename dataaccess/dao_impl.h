@@ -32,7 +32,7 @@ struct Recordset::Impl {
   const store::SourceInfo* table = nullptr;  // the table a dynaset changes; nullptr if none
 
   std::vector<store::SqlValue> values;  // the picture, row after row, `width` values each
-  std::vector<std::int64_t> rowIds;     // a dynaset's row ids, one per row
+  std::vector<store::RowId> rowIds;     // a dynaset's row identities, one per row
   std::size_t rowCount = 0;
   std::ptrdiff_t position = 0;  // -1 before the first row, rowCount behind the last
   std::size_t reached = 0;      // the rows reached so far (RecordCount)
@@ -86,8 +86,5 @@ struct Workspace::Impl {
 struct Engine::Impl {
   std::shared_ptr<Workspace> defaultWorkspace;
 };
-
-// Equality of names in any case, as names of tables and fields compare.
-bool SameName(std::string_view a, std::string_view b);
 
 }  // namespace brindlewayProj::dao

@@ -1,23 +1,16 @@
 // Recordset: the picture of a query's rows, its current row and RecordCount.
 #include <algorithm>
-#include <cctype>
 
 #include "dataaccess/dao_failures.h"
 #include "dataaccess/dao_impl.h"
+#include "platform/ascii.h"
 #include "store/errors.h"
 
 namespace brindlewayProj::dao {
 
-bool SameName(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-           return std::tolower(static_cast<unsigned char>(x)) ==
-                  std::tolower(static_cast<unsigned char>(y));
-         });
-}
-
 std::size_t Recordset::Impl::ColumnIndex(std::string_view name) const {
   for (std::size_t i = 0; i < width; ++i) {
-    if (SameName(Column(i).name, name)) return i;
+    if (platform::EqualsIgnoringAsciiCase(Column(i).name, name)) return i;
   }
   throw store::ItemNotFound();
 }
@@ -44,7 +37,7 @@ void Recordset::Impl::Load(store::Statement& statement,
       [&] {
         statement.Bind(parameters);
         while (statement.Step()) {
-          if (firstColumn) rowIds.push_back(std::get<std::int64_t>(statement.Column(0)));
+          if (firstColumn) rowIds.push_back(statement.Column(0));
           for (std::size_t i = 0; i < width; ++i) {
             values.push_back(statement.Column(static_cast<int>(firstColumn + i)));
           }

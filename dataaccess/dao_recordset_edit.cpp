@@ -1,16 +1,16 @@
-// Recordset changes: Edit, AddNew, Collect and Update on a dynaset over one table. Update
-// writes only the changed fields, and only if the row still holds what Edit read.
+// Recordset changes: Edit, AddNew, Collect and Update on a dynaset over one table, through the
+// backend's single-row operations. Update writes only the changed fields, and only if the row
+// still holds what Edit read.
 #include "dataaccess/dao_failures.h"
 #include "dataaccess/dao_impl.h"
+#include "platform/ascii.h"
 #include "dataaccess/dao_values.h"
-#include "store/dialect.h"
 #include "store/errors.h"
 
 namespace brindlewayProj::dao {
 namespace {
 
 using EditMode = Recordset::Impl::EditMode;
-using store::dialect::AppendQuotedName;
 
 void CheckUpdatable(const Recordset::Impl& impl) {
   impl.CheckOpen();
@@ -18,35 +18,19 @@ void CheckUpdatable(const Recordset::Impl& impl) {
   if (!impl.table) throw store::ReadOnly();
 }
 
-std::string ColumnList(const Recordset::Impl& impl) {
-  std::string list;
-  for (std::size_t i = 0; i < impl.width; ++i) {
-    if (i) list += ", ";
-    AppendQuotedName(list, impl.Column(i).name);
-  }
-  return list;
+std::vector<std::string> ColumnNames(const Recordset::Impl& impl) {
+  std::vector<std::string> names;
+  names.reserve(impl.width);
+  for (std::size_t i = 0; i < impl.width; ++i) names.push_back(impl.Column(i).name);
+  return names;
 }
 
-// The row as the table holds it now; false when it is gone.
-bool ReadRow(Recordset::Impl& impl, std::int64_t rowId, std::vector<store::SqlValue>& row) {
-  std::string sql = "SELECT " + ColumnList(impl) + " FROM ";
-  AppendQuotedName(sql, impl.table->name);
-  sql += " WHERE rowid = ?";
+// The row as the table holds it now; nullopt when it is gone.
+std::optional<std::vector<store::SqlValue>> ReadRow(Recordset::Impl& impl,
+                                                    const store::RowId& rowId) {
   internal::WriteContext context{impl.session.get()};
   return internal::Guarded(
-      [&] {
-        auto& statement = impl.session->Connection().Prepare(sql);
-        statement.Bind({rowId});
-        bool found = statement.Step();
-        if (found) {
-          row.clear();
-          for (std::size_t i = 0; i < impl.width; ++i) {
-            row.push_back(statement.Column(static_cast<int>(i)));
-          }
-        }
-        statement.Reset();
-        return found;
-      },
+      [&] { return impl.session->Connection().ReadRow(*impl.table, ColumnNames(impl), rowId); },
       context);
 }
 
@@ -56,53 +40,36 @@ void BeginEdit(Recordset::Impl& impl, EditMode mode) {
   impl.editGeneration = impl.session->Generation();
 }
 
-long long StoreEdit(Recordset::Impl& impl, bool force, const internal::WriteContext& context) {
-  std::string sql = "UPDATE ";
-  AppendQuotedName(sql, impl.table->name);
-  sql += " SET ";
-  std::vector<store::SqlValue> parameters;
+// The changed fields of the buffer as column values.
+std::vector<store::ColumnValue> ChangedValues(const Recordset::Impl& impl) {
+  std::vector<store::ColumnValue> values;
   for (std::size_t i = 0; i < impl.width; ++i) {
-    if (!impl.changed[i]) continue;
-    if (!parameters.empty()) sql += ", ";
-    AppendQuotedName(sql, impl.Column(i).name);
-    sql += " = ?";
-    parameters.push_back(impl.buffer[i]);
+    if (impl.changed[i]) values.push_back({impl.Column(i).name, impl.buffer[i]});
   }
-  if (parameters.empty()) return 1;
-  sql += " WHERE rowid = ?";
-  parameters.emplace_back(std::in_place_type<std::int64_t>,
-                          impl.rowIds[static_cast<std::size_t>(impl.position)]);
-  if (!force) {  // refuse the write if someone changed the row since Edit read it
-    for (std::size_t i = 0; i < impl.width; ++i) {
-      sql += " AND ";
-      AppendQuotedName(sql, impl.Column(i).name);
-      sql += " IS ?";
-      parameters.push_back(impl.original[i]);
-    }
-  }
-  return internal::Guarded([&] { return impl.session->Connection().Execute(sql, parameters); },
-                           context);
+  return values;
 }
 
-std::int64_t StoreNewRow(Recordset::Impl& impl, const internal::WriteContext& context) {
-  std::string sql = "INSERT INTO ";
-  AppendQuotedName(sql, impl.table->name);
-  std::string names, placeholders;
-  std::vector<store::SqlValue> parameters;
-  for (std::size_t i = 0; i < impl.width; ++i) {
-    if (!impl.changed[i]) continue;  // unwritten fields take the table's defaults
-    if (!parameters.empty()) names += ", ", placeholders += ", ";
-    AppendQuotedName(names, impl.Column(i).name);
-    placeholders += '?';
-    parameters.push_back(impl.buffer[i]);
+// Writes the changed fields; unless forced, only while the row still holds what Edit read.
+long long StoreEdit(Recordset::Impl& impl, bool force, const internal::WriteContext& context) {
+  std::vector<store::ColumnValue> changes = ChangedValues(impl);
+  if (changes.empty()) return 1;
+  std::vector<store::ColumnValue> expected;
+  if (!force) {
+    for (std::size_t i = 0; i < impl.width; ++i) {
+      expected.push_back({impl.Column(i).name, impl.original[i]});
+    }
   }
-  sql += parameters.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + placeholders + ")";
+  const store::RowId& rowId = impl.rowIds[static_cast<std::size_t>(impl.position)];
   return internal::Guarded(
-      [&] {
-        impl.session->Connection().Execute(sql, parameters);
-        return impl.session->Connection().LastRowId();
-      },
+      [&] { return impl.session->Connection().UpdateRow(*impl.table, rowId, changes, expected); },
       context);
+}
+
+// Adds the row with its written fields; unwritten fields take the table's defaults.
+store::RowId StoreNewRow(Recordset::Impl& impl, const internal::WriteContext& context) {
+  std::vector<store::ColumnValue> values = ChangedValues(impl);
+  return internal::Guarded(
+      [&] { return impl.session->Connection().InsertRow(*impl.table, values); }, context);
 }
 
 }  // namespace
@@ -111,11 +78,11 @@ void Recordset::Edit() {
   CheckUpdatable(*impl_);
   if (Eof() || Bof()) throw store::NoCurrentRecord();
   auto row = static_cast<std::size_t>(impl_->position);
-  std::vector<store::SqlValue> current;
-  if (!ReadRow(*impl_, impl_->rowIds[row], current)) throw store::RecordDeleted();
-  std::copy(current.begin(), current.end(), impl_->values.begin() + row * impl_->width);
-  impl_->original = current;
-  impl_->buffer = std::move(current);
+  auto current = ReadRow(*impl_, impl_->rowIds[row]);
+  if (!current) throw store::RecordDeleted();
+  std::copy(current->begin(), current->end(), impl_->values.begin() + row * impl_->width);
+  impl_->original = *current;
+  impl_->buffer = std::move(*current);
   BeginEdit(*impl_, EditMode::kEdit);
 }
 
@@ -127,7 +94,7 @@ void Recordset::AddNew() {
   const auto& table = *impl_->table;
   if (!table.autoIncrement || table.integerKey.empty()) return;
   for (std::size_t i = 0; i < impl_->width; ++i) {
-    if (!SameName(impl_->Column(i).name, table.integerKey)) continue;
+    if (!platform::EqualsIgnoringAsciiCase(impl_->Column(i).name, table.integerKey)) continue;
     internal::WriteContext context{impl_->session.get(), &table};
     impl_->buffer[i] =
         internal::Guarded([&] { return impl_->session->Connection().ReserveKey(table); }, context);
@@ -159,10 +126,10 @@ void Recordset::Update(Long /*updateType*/, bool force) {
     std::copy(impl_->buffer.begin(), impl_->buffer.end(),
               impl_->values.begin() + row * impl_->width);
   } else {
-    std::int64_t rowId = StoreNewRow(*impl_, context);
-    std::vector<store::SqlValue> stored;
-    if (!ReadRow(*impl_, rowId, stored)) stored = impl_->buffer;
-    impl_->values.insert(impl_->values.end(), stored.begin(), stored.end());
+    store::RowId rowId = StoreNewRow(*impl_, context);
+    auto stored = ReadRow(*impl_, rowId);
+    const auto& row = stored ? *stored : impl_->buffer;
+    impl_->values.insert(impl_->values.end(), row.begin(), row.end());
     impl_->rowIds.push_back(rowId);
     ++impl_->rowCount;
     ++impl_->reached;

@@ -1,10 +1,8 @@
 // The shared connection of one store file in one workspace.
 #include "dataaccess/dao_session.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "dataaccess/dao_failures.h"
+#include "platform/ascii.h"
 
 namespace brindlewayProj::dao::internal {
 
@@ -12,9 +10,7 @@ Session::Session(std::shared_ptr<store::Connection> connection, String path)
     : connection_(std::move(connection)), path_(std::move(path)) {}
 
 const store::SourceInfo* Session::Describe(const std::string& name) {
-  std::string key(name);
-  std::transform(key.begin(), key.end(), key.begin(),
-                 [](unsigned char c) { return std::tolower(c); });
+  std::string key = platform::ToAsciiLower(name);
   auto found = sources_.find(key);
   if (found == sources_.end()) {
     WriteContext context{this};

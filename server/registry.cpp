@@ -4,13 +4,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
-#include "server/type_library.h"
 #include <brindleway/error.h>
+
+#include "platform/ascii.h"
+#include "server/type_library.h"
 
 namespace brindlewayProj::server {
 namespace {
@@ -20,8 +21,6 @@ namespace {
                   platform::RuntimeErrorText(platform::errPathFileAccess) + ": " + what + " '" +
                       file.string() + "'");
 }
-
-char Folded(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
 
 String Key(std::string_view a, std::string_view b) { return String(a) + "\\" + String(b); }
 
@@ -41,7 +40,8 @@ String LocaleKey() {
 }  // namespace
 
 bool Registry::KeyLess::operator()(const String& a, const String& b) const {
-  return std::ranges::lexicographical_compare(a, b, std::less<>(), Folded, Folded);
+  return std::ranges::lexicographical_compare(a, b, std::less<>(), platform::AsciiLower,
+                                               platform::AsciiLower);
 }
 
 std::filesystem::path RegistryFile() {
@@ -113,8 +113,7 @@ void Registry::RemoveTree(const String& key) {
   const String root = key + "\\";
   std::erase_if(entries_, [&](const auto& entry) {
     const String candidate = entry.first + "\\";
-    return candidate.size() >= root.size() &&
-           std::ranges::equal(root, candidate.substr(0, root.size()), {}, Folded, Folded);
+    return platform::StartsWithIgnoringAsciiCase(candidate, root);
   });
 }
 

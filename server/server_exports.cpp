@@ -3,9 +3,10 @@
 
 #include <dlfcn.h>
 
+#include "platform/ascii.h"
 #include "server/class_factory.h"
-#include "server/type_library.h"
 #include "server/registry.h"
+#include "server/type_library.h"
 
 namespace brindlewayProj::server {
 namespace {
@@ -46,7 +47,7 @@ extern "C" HResult DllCanUnloadNow() { return ObjectsAlive() == 0 ? kOk : kFalse
 extern "C" HResult DllGetClassObject(const char* classGuid, ClassFactory** factory) {
   if (!classGuid || !factory) return kPointerError;
   *factory = nullptr;
-  if (!SameNameIgnoringCase(classGuid, Library().classGuid)) return kClassNotAvailable;
+  if (!brindlewayProj::platform::EqualsIgnoringAsciiCase(classGuid, Library().classGuid)) return kClassNotAvailable;
   *factory = &BrindlewayClassFactory();
   return kOk;
 }

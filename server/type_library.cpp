@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 #include <brindleway/brindleway.h>
+
+#include "platform/ascii.h"
 #include "server/dispatch_binding.h"
 
 namespace brindlewayProj::server {
@@ -145,13 +146,6 @@ String DefaultText(const DefaultValue& byDefault) {
 
 }  // namespace
 
-bool SameNameIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) ==
-           std::tolower(static_cast<unsigned char>(y));
-  });
-}
-
 const LibraryInfo& Library() { return kLibrary; }
 
 String ProgId() { return String(kLibrary.name) + "." + String(kLibrary.className); }
@@ -160,7 +154,7 @@ std::span<const MethodInfo> Methods() { return kMethods; }
 
 const MethodInfo* FindMethod(std::string_view name) {
   auto found = std::ranges::find_if(kMethods, [name](const MethodInfo& method) {
-    return SameNameIgnoringCase(method.name, name);
+    return platform::EqualsIgnoringAsciiCase(method.name, name);
   });
   return found == kMethods.end() ? nullptr : &*found;
 }
@@ -172,7 +166,7 @@ const MethodInfo* FindMethod(Long dispId) {
 
 int FindParam(const MethodInfo& method, std::string_view name) {
   auto found = std::ranges::find_if(method.params, [name](const ParamInfo& param) {
-    return SameNameIgnoringCase(param.name, name);
+    return platform::EqualsIgnoringAsciiCase(param.name, name);
   });
   return found == method.params.end() ? -1 : static_cast<int>(found - method.params.begin());
 }

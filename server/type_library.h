@@ -82,7 +82,7 @@ const MethodInfo* FindMethod(std::string_view name);
 const MethodInfo* FindMethod(Long dispId);
 
 // Whether two names (or GUID texts) are equal without regard to ASCII case.
-bool SameNameIgnoringCase(std::string_view a, std::string_view b);
+
 
 // The index of the named parameter without regard to case, or -1.
 int FindParam(const MethodInfo& method, std::string_view name);

@@ -1,10 +1,8 @@
 // Backend-neutral pieces: the kind of a declared type and the choice of connection opener.
 #include "store/backend.h"
 
-#include <algorithm>
-#include <cctype>
-
-#include "store/sqlite_backend.h"
+#include "platform/ascii.h"
+#include "store/sqlite/connection.h"
 
 namespace brindlewayProj::store {
 namespace {
@@ -17,9 +15,7 @@ ConnectionOpener& TestOpener() {
 }  // namespace
 
 DeclaredKind KindOfDeclaredType(std::string_view declaredType) {
-  std::string upper(declaredType);
-  std::transform(upper.begin(), upper.end(), upper.begin(),
-                 [](unsigned char c) { return std::toupper(c); });
+  const std::string upper = platform::ToAsciiUpper(declaredType);
   if (upper == "INTEGER" || upper == "INT" || upper == "LONG") return DeclaredKind::kLong;
   if (upper == "SMALLINT" || upper == "SHORT") return DeclaredKind::kInteger;
   if (upper == "DATETIME" || upper == "DATE") return DeclaredKind::kDate;
@@ -33,7 +29,7 @@ DeclaredKind KindOfDeclaredType(std::string_view declaredType) {
 
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file) {
   if (TestOpener()) return TestOpener()(file);
-  return OpenSqliteConnection(file);
+  return sqlite::Open(file);
 }
 
 void SetConnectionOpenerForTesting(ConnectionOpener opener) { TestOpener() = std::move(opener); }

@@ -1,16 +1,22 @@
-// The one interface between the data-access core and a storage backend. A backend opens a
-// connection per file; a connection prepares statements (cached by SQL text, which depends
-// only on a statement's shape), runs transactions and describes its tables and queries.
-// Failures come as BackendError with a kind the core maps to its own error numbers, and the
-// backend's own message.
+// The one interface between the data-access core and a storage engine. Each engine lives in
+// its own folder below store/ (store/sqlite/) and implements this and nothing else; the core
+// and the dialect's translation write no SQL of their own beyond what SqlSyntax spells.
+//
+// A backend opens a connection per store; a connection prepares statements (cached by SQL
+// text, which depends only on a statement's shape, every value being bound), runs
+// transactions, describes its tables and queries, and reads, updates and inserts single rows
+// by their identity. Failures come as BackendError with a kind the core maps to its own error
+// numbers, and the engine's own message.
 #pragma once
 
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "store/sql_value.h"
@@ -69,6 +75,32 @@ class BackendError : public std::runtime_error {
   std::string detail_;
 };
 
+// How an engine spells what differs between engines, for the dialect's translation.
+class SqlSyntax {
+ public:
+  virtual ~SqlSyntax() = default;
+  // `name` quoted as an identifier, inner quotes escaped.
+  virtual void AppendQuotedName(std::string& sql, std::string_view name) const = 0;
+  // The placeholder of the `number`-th bound value, counted from 1.
+  virtual void AppendPlaceholder(std::string& sql, std::size_t number) const = 0;
+  // The expression that identifies a table's row, selected as column 0 of a dynaset.
+  virtual std::string_view RowIdentity() const = 0;
+  // What follows a sort key so that text sorts without regard to case.
+  virtual std::string_view CaseInsensitiveOrder() const = 0;
+  // The pattern operator that matches without regard to case (`_` and `%` wildcards, `\`
+  // as escape).
+  virtual std::string_view CaseInsensitiveLike() const = 0;
+};
+
+// The identity of one table row as the engine gives it (SQLite: the rowid).
+using RowId = SqlValue;
+
+// One column's value in a row being written or compared.
+struct ColumnValue {
+  std::string_view column;
+  const SqlValue& value;
+};
+
 // A prepared statement. Use: Bind, Step until it answers false, read Column while a row
 // stands; Reset before the next use (Bind resets too).
 class Statement {
@@ -92,8 +124,24 @@ class Connection {
   virtual long long Execute(const std::string& sql, const std::vector<SqlValue>& values) = 0;
   // The table or stored query of that name, in any case; empty when there is none.
   virtual std::optional<SourceInfo> Describe(const std::string& name) = 0;
-  // The row id of the row the last insert added.
-  virtual std::int64_t LastRowId() = 0;
+  virtual const SqlSyntax& Syntax() const = 0;
+
+  // The values of `columns` in the row `row` of `table`; nullopt when that row is gone.
+  virtual std::optional<std::vector<SqlValue>> ReadRow(const SourceInfo& table,
+                                                       std::span<const std::string> columns,
+                                                       const RowId& row) = 0;
+  // Writes `changes` into the row `row` of `table`, but only while the row still holds every
+  // value of `expected` (empty: no such test; Null compares equal to Null). Answers the rows
+  // written: 0 when the row is gone or was changed by someone else.
+  virtual long long UpdateRow(const SourceInfo& table, const RowId& row,
+                              std::span<const ColumnValue> changes,
+                              std::span<const ColumnValue> expected) = 0;
+  // Adds a row of `table` holding `values` (the other columns take their defaults) and answers
+  // its identity.
+  virtual RowId InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) = 0;
+  // Whether the parent table of `key` has a row whose referenced column (its identity when
+  // the reference names none) holds `value`.
+  virtual bool ParentRowExists(const ForeignKey& key, const SqlValue& value) = 0;
   // Takes the next automatic key of `table` (an autoincrement table) for the caller, so that
   // no other writer gets it: inside the open transaction, or in a short one of its own.
   virtual std::int64_t ReserveKey(const SourceInfo& table) = 0;
@@ -104,8 +152,9 @@ class Connection {
   virtual void Rollback() = 0;
 };
 
-// Opens an existing store file for reading and writing, shared with other connections.
-// Raises BackendError kCantOpen (also for a missing file) or kNotADatabase.
+// Opens an existing store file for reading and writing, shared with other connections, on the
+// engine it belongs to. Raises BackendError kCantOpen (also for a missing file) or
+// kNotADatabase.
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file);
 
 // Test-only hook: replaces how connections are opened (to wrap them in a fault injector);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/ascii.h"
 #include "store/dialect_lexer.h"
 #include "store/errors.h"
 
@@ -41,7 +42,8 @@ std::string LikePattern(const std::string& pattern) {
 
 class Parser {
  public:
-  explicit Parser(std::string_view text) : text_(text), tokens_(Tokenize(text)) {}
+  Parser(std::string_view text, const SqlSyntax& syntax)
+      : text_(text), syntax_(syntax), tokens_(Tokenize(text)) {}
 
   ParsedStatement Statement() {
     clauseStart_ = 0;
@@ -108,7 +110,7 @@ class Parser {
   // A column name: remembered for the unknown-name check, emitted quoted.
   void ColumnName(std::string& sql) {
     std::string name = Name();
-    AppendQuotedName(sql, name);
+    syntax_.AppendQuotedName(sql, name);
     result_.names.push_back(std::move(name));
   }
 
@@ -133,7 +135,7 @@ class Parser {
     do {
       if (!result_.orderBy.empty()) result_.orderBy += ", ";
       ColumnName(result_.orderBy);
-      result_.orderBy += " COLLATE NOCASE";
+      result_.orderBy += syntax_.CaseInsensitiveOrder();
       if (Accept("DESC")) {
         result_.orderBy += " DESC";
       } else {
@@ -191,8 +193,11 @@ class Parser {
           !std::holds_alternative<std::string>(Peek().value)) {
         Fail();
       }
-      sql += " LIKE ? ESCAPE '\\'";
-      result_.parameters.push_back(LikePattern(std::get<std::string>(Next().value)));
+      sql += ' ';
+      sql += syntax_.CaseInsensitiveLike();
+      sql += ' ';
+      Parameter(sql, LikePattern(std::get<std::string>(Next().value)));
+      sql += " ESCAPE '\\'";
     } else {
       return;
     }
@@ -231,11 +236,12 @@ class Parser {
     }
   }
   void Parameter(std::string& sql, SqlValue value) {
-    sql += '?';
     result_.parameters.push_back(std::move(value));
+    syntax_.AppendPlaceholder(sql, result_.parameters.size());
   }
 
   std::string_view text_;
+  const SqlSyntax& syntax_;
   std::vector<Token> tokens_;
   std::size_t position_ = 0;
   std::size_t clauseStart_ = 0;
@@ -244,18 +250,11 @@ class Parser {
 
 }  // namespace
 
-void AppendQuotedName(std::string& sql, std::string_view name) {
-  sql += '"';
-  for (char c : name) {
-    if (c == '"') sql += '"';
-    sql += c;
-  }
-  sql += '"';
+ParsedStatement Parse(std::string_view text, const SqlSyntax& syntax) {
+  return Parser(text, syntax).Statement();
 }
 
-ParsedStatement Parse(std::string_view text) { return Parser(text).Statement(); }
-
-ParsedStatement ParseRecordSource(std::string_view text) {
+ParsedStatement ParseRecordSource(std::string_view text, const SqlSyntax& syntax) {
   std::string_view name = text;
   while (!name.empty() && std::isspace(static_cast<unsigned char>(name.front()))) {
     name.remove_prefix(1);
@@ -264,14 +263,11 @@ ParsedStatement ParseRecordSource(std::string_view text) {
     name.remove_suffix(1);
   }
   auto startsWith = [&](std::string_view keyword) {
-    if (name.size() < keyword.size()) return false;
-    for (std::size_t i = 0; i < keyword.size(); ++i) {
-      if (std::toupper(static_cast<unsigned char>(name[i])) != keyword[i]) return false;
-    }
+    if (!platform::StartsWithIgnoringAsciiCase(name, keyword)) return false;
     return name.size() == keyword.size() ||
            !std::isalnum(static_cast<unsigned char>(name[keyword.size()]));
   };
-  if (startsWith("SELECT")) return Parse(text);
+  if (startsWith("SELECT")) return Parse(text, syntax);
   if (name.size() > 2 && name.front() == '[' && name.back() == ']') {
     name = name.substr(1, name.size() - 2);
   }
@@ -281,27 +277,30 @@ ParsedStatement ParseRecordSource(std::string_view text) {
   return statement;
 }
 
-std::string SelectSql(const ParsedStatement& statement, bool withRowId) {
+std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax) {
   std::string sql = statement.distinct ? "SELECT DISTINCT " : "SELECT ";
-  if (withRowId) sql += "rowid, ";
+  if (withRowId) {
+    sql += syntax.RowIdentity();
+    sql += ", ";
+  }
   if (statement.columns.empty()) {
     sql += '*';
   } else {
     for (std::size_t i = 0; i < statement.columns.size(); ++i) {
       if (i) sql += ", ";
-      AppendQuotedName(sql, statement.columns[i]);
+      syntax.AppendQuotedName(sql, statement.columns[i]);
     }
   }
   sql += " FROM ";
-  AppendQuotedName(sql, statement.source);
+  syntax.AppendQuotedName(sql, statement.source);
   if (!statement.where.empty()) sql += " WHERE " + statement.where;
   if (!statement.orderBy.empty()) sql += " ORDER BY " + statement.orderBy;
   return sql;
 }
 
-std::string DeleteSql(const ParsedStatement& statement) {
+std::string DeleteSql(const ParsedStatement& statement, const SqlSyntax& syntax) {
   std::string sql = "DELETE FROM ";
-  AppendQuotedName(sql, statement.source);
+  syntax.AppendQuotedName(sql, statement.source);
   if (!statement.where.empty()) sql += " WHERE " + statement.where;
   return sql;
 }

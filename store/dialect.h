@@ -1,6 +1,7 @@
 // The query dialect turned into backend SQL. A text is parsed into its parts; every literal
-// becomes a `?` placeholder with its value in `parameters`, so the SQL depends on the
-// statement's shape alone. Identifiers are emitted double-quoted.
+// becomes a placeholder with its value in `parameters`, so the SQL depends on the statement's
+// shape alone. Names, placeholders, the row identity and case-insensitive text are spelled by
+// the backend's SqlSyntax.
 //
 //   Select [Distinct] (* | name, ...) From source [Where expr] [Order By name [Asc|Desc], ...]
 //   Delete [*] From table [Where expr]
@@ -11,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/sql_value.h"
+#include "store/backend.h"
 
 namespace brindlewayProj::store::dialect {
 
@@ -30,19 +31,16 @@ struct ParsedStatement {
 
 // Parses a Select or Delete text. Anything outside the dialect raises 3075 quoting the text
 // from the clause that failed (3131 for the From clause).
-ParsedStatement Parse(std::string_view text);
+ParsedStatement Parse(std::string_view text, const SqlSyntax& syntax);
 
 // Parses what OpenRecordset takes: a Select text, or else the name of a table or stored query
 // (bare, or whole in brackets), which reads as `Select * From name`.
-ParsedStatement ParseRecordSource(std::string_view text);
+ParsedStatement ParseRecordSource(std::string_view text, const SqlSyntax& syntax);
 
-// The backend SQL of a parsed Select; `withRowId` puts the row id in front as column 0.
-std::string SelectSql(const ParsedStatement& statement, bool withRowId);
+// The backend SQL of a parsed Select; `withRowId` puts the row identity in front as column 0.
+std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax);
 
 // The backend SQL of a parsed Delete.
-std::string DeleteSql(const ParsedStatement& statement);
-
-// `name` double-quoted for the backend, with inner quotes doubled.
-void AppendQuotedName(std::string& sql, std::string_view name);
+std::string DeleteSql(const ParsedStatement& statement, const SqlSyntax& syntax);
 
 }  // namespace brindlewayProj::store::dialect

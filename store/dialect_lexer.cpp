@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "platform/ascii.h"
 #include "store/errors.h"
 
 namespace brindlewayProj::store::dialect {
@@ -85,8 +86,7 @@ bool ReadTimePart(std::string_view text, std::size_t& pos, int& hour, int& minut
   hour = *h, minute = *m, second = *s;
   SkipBlanks(text, pos);
   if (pos + 2 <= text.size()) {
-    std::string marker{static_cast<char>(std::toupper(text[pos])),
-                       static_cast<char>(std::toupper(text[pos + 1]))};
+    const std::string marker = platform::ToAsciiUpper(text.substr(pos, 2));
     if (marker == "AM" || marker == "PM") {
       if (hour < 1 || hour > 12) return false;
       hour = hour % 12 + (marker == "PM" ? 12 : 0);
@@ -151,11 +151,7 @@ std::size_t ScanNumber(std::string_view text, std::size_t pos) {
 }  // namespace
 
 bool IsKeyword(const Token& token, std::string_view keyword) {
-  if (token.kind != TokenKind::kWord || token.text.size() != keyword.size()) return false;
-  for (std::size_t i = 0; i < keyword.size(); ++i) {
-    if (std::toupper(static_cast<unsigned char>(token.text[i])) != keyword[i]) return false;
-  }
-  return true;
+  return token.kind == TokenKind::kWord && platform::EqualsIgnoringAsciiCase(token.text, keyword);
 }
 
 std::vector<Token> Tokenize(std::string_view text) {

@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "store/errors.h"
+#include "store/sqlite/connection.h"
 
 namespace brindlewayProj::store::dialect {
 namespace {
+
+const SqlSyntax& syntax = sqlite::Syntax();
 
 struct Translation {
   const char* text;
@@ -18,9 +21,10 @@ class DialectTranslation : public ::testing::TestWithParam<Translation> {};
 
 TEST_P(DialectTranslation, GivesShapeOnlySqlAndBindsEveryLiteral) {
   const auto& expected = GetParam();
-  auto statement = Parse(expected.text);
+  auto statement = Parse(expected.text, syntax);
   std::string sql =
-      statement.kind == StatementKind::kDelete ? DeleteSql(statement) : SelectSql(statement, false);
+      statement.kind == StatementKind::kDelete ? DeleteSql(statement, syntax)
+                                                : SelectSql(statement, false, syntax);
   EXPECT_EQ(sql, expected.sql);
   EXPECT_EQ(statement.parameters, expected.parameters);
 }
@@ -74,7 +78,7 @@ class DialectRefusal : public ::testing::TestWithParam<Refusal> {};
 
 TEST_P(DialectRefusal, RaisesTheStoreSyntaxError) {
   try {
-    Parse(GetParam().text);
+    Parse(GetParam().text, syntax);
     FAIL() << "parsed: " << GetParam().text;
   } catch (const platform::Error& failure) {
     EXPECT_EQ(failure.Number(), GetParam().number);
@@ -115,13 +119,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(DialectRecordSource, ReadsANameAsAllOfItsRows) {
   for (const char* text : {"Orders", " [Orders] ", "orders"}) {
-    auto statement = ParseRecordSource(text);
+    auto statement = ParseRecordSource(text, syntax);
     EXPECT_EQ(statement.source.size(), 6u) << text;
-    EXPECT_EQ(SelectSql(statement, true).substr(0, 16), "SELECT rowid, * ");
+    EXPECT_EQ(SelectSql(statement, true, syntax).substr(0, 16), "SELECT rowid, * ");
   }
-  EXPECT_EQ(ParseRecordSource("[Order Details]").source, "Order Details");
-  EXPECT_THROW(ParseRecordSource("  "), platform::Error);
-  EXPECT_THROW(ParseRecordSource("Delete From [Orders]"), platform::Error);
+  EXPECT_EQ(ParseRecordSource("[Order Details]", syntax).source, "Order Details");
+  EXPECT_THROW(ParseRecordSource("  ", syntax), platform::Error);
+  EXPECT_THROW(ParseRecordSource("Delete From [Orders]", syntax), platform::Error);
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
-// The SQL text of the reference schema and of the invented sample data.
+// The SQL text of the invented sample data that demos and tests use.
 #pragma once
 
 namespace brindlewayProj::store {
 
-extern const char* const kSchemaSql;
 extern const char* const kSampleSql;
 
 }  // namespace brindlewayProj::store

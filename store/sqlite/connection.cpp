@@ -1,0 +1,90 @@
+// SQLite connections: opening a store file, the statement cache, transactions and the SQL
+// spelling of this engine.
+#include "store/sqlite/connection.h"
+
+#include "store/sqlite/errors.h"
+
+namespace brindlewayProj::store::sqlite {
+namespace {
+
+class SqliteSyntax : public SqlSyntax {
+ public:
+  void AppendQuotedName(std::string& sql, std::string_view name) const override {
+    sql += '"';
+    for (char c : name) {
+      if (c == '"') sql += '"';
+      sql += c;
+    }
+    sql += '"';
+  }
+  void AppendPlaceholder(std::string& sql, std::size_t /*number*/) const override { sql += '?'; }
+  std::string_view RowIdentity() const override { return "rowid"; }
+  std::string_view CaseInsensitiveOrder() const override { return " COLLATE NOCASE"; }
+  // SQLite's LIKE ignores the case of ASCII letters already.
+  std::string_view CaseInsensitiveLike() const override { return "LIKE"; }
+};
+
+}  // namespace
+
+const SqlSyntax& Syntax() {
+  static const SqliteSyntax syntax;
+  return syntax;
+}
+
+SqliteConnection::SqliteConnection(const std::filesystem::path& file) {
+  int code =
+      sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  if (code != SQLITE_OK) {
+    sqlite3_close_v2(db_);
+    throw BackendError(KindOf(code), sqlite3_errstr(code));
+  }
+  sqlite3_extended_result_codes(db_, 1);
+  sqlite3_busy_timeout(db_, kBusyTimeoutMilliseconds);
+  try {
+    // Reading the schema here finds a file that is no database at once.
+    Execute("SELECT count(*) FROM sqlite_master", {});
+    Execute("PRAGMA journal_mode=WAL", {});
+    Execute("PRAGMA synchronous=FULL", {});
+    Execute("PRAGMA foreign_keys=ON", {});
+  } catch (...) {
+    statements_.clear();
+    sqlite3_close_v2(db_);
+    throw;
+  }
+}
+
+SqliteConnection::~SqliteConnection() {
+  statements_.clear();
+  if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close_v2(db_);
+}
+
+Statement& SqliteConnection::Prepare(const std::string& sql) {
+  auto found = statements_.find(sql);
+  if (found != statements_.end()) return *found->second;
+  auto statement = std::make_unique<SqliteStatement>(db_, sql);
+  return *statements_.emplace(sql, std::move(statement)).first->second;
+}
+
+long long SqliteConnection::Execute(const std::string& sql, const std::vector<SqlValue>& values) {
+  Statement& statement = Prepare(sql);
+  statement.Bind(values);
+  while (statement.Step()) {
+  }
+  statement.Reset();
+  return sqlite3_changes64(db_);
+}
+
+void SqliteConnection::Begin() { Execute("BEGIN IMMEDIATE", {}); }
+
+void SqliteConnection::Commit() { Execute("COMMIT", {}); }
+
+void SqliteConnection::Rollback() {
+  if (!sqlite3_get_autocommit(db_)) Execute("ROLLBACK", {});
+}
+
+std::shared_ptr<Connection> Open(const std::filesystem::path& file) {
+  return std::make_shared<SqliteConnection>(file);
+}
+
+}  // namespace brindlewayProj::store::sqlite

@@ -1,0 +1,102 @@
+// Single rows of a SQLite table by their rowid: reading, updating (only while the row still
+// holds what was read) and inserting; and the look-up of a referenced parent row.
+#include <sqlite3.h>
+
+#include "store/sqlite/connection.h"
+
+namespace brindlewayProj::store::sqlite {
+namespace {
+
+void AppendName(std::string& sql, std::string_view name) { Syntax().AppendQuotedName(sql, name); }
+
+}  // namespace
+
+std::optional<std::vector<SqlValue>> SqliteConnection::ReadRow(const SourceInfo& table,
+                                                               std::span<const std::string> columns,
+                                                               const RowId& row) {
+  std::string sql = "SELECT ";
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (i) sql += ", ";
+    AppendName(sql, columns[i]);
+  }
+  sql += " FROM ";
+  AppendName(sql, table.name);
+  sql += " WHERE rowid = ?";
+  Statement& statement = Prepare(sql);
+  statement.Bind({row});
+  std::optional<std::vector<SqlValue>> values;
+  if (statement.Step()) {
+    values.emplace();
+    values->reserve(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      values->push_back(statement.Column(static_cast<int>(i)));
+    }
+  }
+  statement.Reset();
+  return values;
+}
+
+long long SqliteConnection::UpdateRow(const SourceInfo& table, const RowId& row,
+                                      std::span<const ColumnValue> changes,
+                                      std::span<const ColumnValue> expected) {
+  std::string sql = "UPDATE ";
+  AppendName(sql, table.name);
+  sql += " SET ";
+  std::vector<SqlValue> parameters;
+  parameters.reserve(changes.size() + 1 + expected.size());
+  for (const ColumnValue& change : changes) {
+    if (!parameters.empty()) sql += ", ";
+    AppendName(sql, change.column);
+    sql += " = ?";
+    parameters.push_back(change.value);
+  }
+  sql += " WHERE rowid = ?";
+  parameters.push_back(row);
+  for (const ColumnValue& held : expected) {
+    sql += " AND ";
+    AppendName(sql, held.column);
+    sql += " IS ?";
+    parameters.push_back(held.value);
+  }
+  return Execute(sql, parameters);
+}
+
+RowId SqliteConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) {
+  std::string sql = "INSERT INTO ";
+  AppendName(sql, table.name);
+  if (values.empty()) {
+    sql += " DEFAULT VALUES";
+  } else {
+    std::string names, placeholders;
+    for (const ColumnValue& value : values) {
+      if (!names.empty()) names += ", ", placeholders += ", ";
+      AppendName(names, value.column);
+      placeholders += '?';
+    }
+    sql += " (" + names + ") VALUES (" + placeholders + ")";
+  }
+  std::vector<SqlValue> parameters;
+  parameters.reserve(values.size());
+  for (const ColumnValue& value : values) parameters.push_back(value.value);
+  Execute(sql, parameters);
+  return static_cast<std::int64_t>(sqlite3_last_insert_rowid(db_));
+}
+
+bool SqliteConnection::ParentRowExists(const ForeignKey& key, const SqlValue& value) {
+  std::string sql = "SELECT 1 FROM ";
+  AppendName(sql, key.parentTable);
+  sql += " WHERE ";
+  if (key.parentColumn.empty()) {
+    sql += "rowid";
+  } else {
+    AppendName(sql, key.parentColumn);
+  }
+  sql += " = ?";
+  Statement& lookup = Prepare(sql);
+  lookup.Bind({value});
+  bool found = lookup.Step();
+  lookup.Reset();
+  return found;
+}
+
+}  // namespace brindlewayProj::store::sqlite
