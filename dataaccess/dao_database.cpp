@@ -53,9 +53,8 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type
   recordset->firstColumn = updatable ? 1 : 0;
   std::string sql = dialect::SelectSql(statement, updatable, session.Connection().Syntax());
   internal::WriteContext context{&session};
-  auto& prepared = internal::Guarded(
-      [&]() -> store::Statement& { return session.Connection().Prepare(sql); }, context);
-  recordset->Load(prepared, statement.parameters);
+  auto prepared = internal::Guarded([&] { return session.Connection().Prepare(sql); }, context);
+  recordset->Load(std::move(prepared), statement.parameters);
   return std::make_shared<Recordset>(std::move(recordset));
 }
 

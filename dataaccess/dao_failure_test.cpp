@@ -32,7 +32,9 @@ class FaultyConnection : public store::Connection {
  public:
   FaultyConnection(std::shared_ptr<store::Connection> inner, FaultPlan& plan)
       : inner_(std::move(inner)), plan_(plan) {}
-  store::Statement& Prepare(const std::string& sql) override { return inner_->Prepare(sql); }
+  std::shared_ptr<store::Statement> Prepare(const std::string& sql) override {
+    return inner_->Prepare(sql);
+  }
   long long Execute(const std::string& sql, const std::vector<store::SqlValue>& values) override {
     plan_.Check(sql);
     return inner_->Execute(sql, values);

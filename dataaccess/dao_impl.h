@@ -7,6 +7,12 @@
 //        v                                             | Update stores, MoveX drops the edit
 //   editing (buffer) --Update--> open, on a row   --Close or last reference--> closed
 //
+// A snapshot reads all its rows when it opens: a fixed picture. A dynaset reads only what it
+// is moved to, and one row ahead: its first two rows at opening, one more at each MoveNext, the
+// rest at MoveLast; until then it keeps its statement (the cursor) and steps it on demand. The
+// row ahead lets the cursor of a one-row query end at once, so that it holds no read snapshot
+// of the store while the row is edited.
+//
 // A Workspace is either without a transaction or inside one; BeginTrans and CommitTrans or
 // Rollback move between the two, on every file the workspace holds.
 #pragma once
@@ -25,7 +31,8 @@ struct Recordset::Impl {
   enum class EditMode { kNone, kEdit, kAddNew };
 
   std::shared_ptr<internal::Session> session;  // nullptr once closed
-  const std::vector<store::ColumnInfo>* statementColumns = nullptr;
+  std::shared_ptr<store::Statement> cursor;     // a dynaset's rows not read yet; null when all are
+  std::shared_ptr<const std::vector<store::ColumnInfo>> statementColumns;
   std::size_t firstColumn = 0;  // 1 when the statement's column 0 is the row id
   std::size_t width = 0;
   bool snapshot = true;
@@ -33,7 +40,8 @@ struct Recordset::Impl {
 
   std::vector<store::SqlValue> values;  // the picture, row after row, `width` values each
   std::vector<store::RowId> rowIds;     // a dynaset's row identities, one per row
-  std::size_t rowCount = 0;
+  std::vector<store::RowId> added;      // rows this dynaset added, not to be read again
+  std::size_t rowCount = 0;               // the rows read so far
   std::ptrdiff_t position = 0;  // -1 before the first row, rowCount behind the last
   std::size_t reached = 0;      // the rows reached so far (RecordCount)
 
@@ -55,8 +63,13 @@ struct Recordset::Impl {
   // The value shown for a column: the edit buffer while editing, else the current row; 3021
   // off the rows.
   const store::SqlValue& Shown(std::size_t column) const;
-  // Runs the statement and keeps all its rows.
-  void Load(store::Statement& statement, const std::vector<store::SqlValue>& parameters);
+  // Runs the statement: a snapshot reads all its rows, a dynaset its first and keeps the
+  // statement as its cursor.
+  void Load(std::shared_ptr<store::Statement> statement,
+            const std::vector<store::SqlValue>& parameters);
+  // Reads rows from the cursor until row `index` (from 0) is read or the rows end.
+  void ReadThrough(std::size_t index);
+  void ReadAll() { ReadThrough(static_cast<std::size_t>(-1)); }
   void DropEdit();
 };
 

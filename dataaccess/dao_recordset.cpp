@@ -28,25 +28,42 @@ const store::SqlValue& Recordset::Impl::Shown(std::size_t column) const {
   return values[static_cast<std::size_t>(position) * width + column];
 }
 
-void Recordset::Impl::Load(store::Statement& statement,
+void Recordset::Impl::Load(std::shared_ptr<store::Statement> statement,
                            const std::vector<store::SqlValue>& parameters) {
-  statementColumns = &statement.Columns();
+  statementColumns = statement->Columns();
   width = statementColumns->size() - firstColumn;
   internal::WriteContext context{session.get()};
-  internal::Guarded(
-      [&] {
-        statement.Bind(parameters);
-        while (statement.Step()) {
-          if (firstColumn) rowIds.push_back(statement.Column(0));
+  internal::Guarded([&] { statement->Bind(parameters); }, context);
+  cursor = std::move(statement);
+  if (snapshot) {
+    ReadAll();
+  } else {
+    ReadThrough(1);
+  }
+  reached = rowCount ? 1 : 0;
+}
+
+void Recordset::Impl::ReadThrough(std::size_t index) {
+  internal::WriteContext context{session.get()};
+  while (cursor && rowCount <= index) {
+    internal::Guarded(
+        [&] {
+          if (!cursor->Step()) {
+            cursor.reset();  // all rows read: the statement goes back to the connection
+            return;
+          }
+          if (firstColumn) {
+            store::SqlValue rowId = cursor->Column(0);
+            if (std::find(added.begin(), added.end(), rowId) != added.end()) return;
+            rowIds.push_back(std::move(rowId));
+          }
           for (std::size_t i = 0; i < width; ++i) {
-            values.push_back(statement.Column(static_cast<int>(firstColumn + i)));
+            values.push_back(cursor->Column(static_cast<int>(firstColumn + i)));
           }
           ++rowCount;
-        }
-        statement.Reset();
-      },
-      context);
-  reached = rowCount ? 1 : 0;
+        },
+        context);
+  }
 }
 
 void Recordset::Impl::DropEdit() {
@@ -67,6 +84,7 @@ Long Recordset::RecordCount() const {
 
 bool Recordset::Eof() const {
   impl_->CheckOpen();
+  if (impl_->position >= 0) impl_->ReadThrough(static_cast<std::size_t>(impl_->position));
   return impl_->rowCount == 0 || impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount);
 }
 
@@ -86,6 +104,7 @@ void Recordset::MoveLast(Long /*options*/) {
   impl_->CheckOpen();
   if (impl_->rowCount == 0) throw store::NoCurrentRecord();
   impl_->DropEdit();
+  impl_->ReadAll();
   impl_->position = static_cast<std::ptrdiff_t>(impl_->rowCount) - 1;
   impl_->reached = impl_->rowCount;
 }
@@ -94,6 +113,7 @@ void Recordset::MoveNext() {
   if (Eof()) throw store::NoCurrentRecord();
   impl_->DropEdit();
   ++impl_->position;
+  impl_->ReadThrough(static_cast<std::size_t>(impl_->position) + 1);
   impl_->reached = std::max(
       impl_->reached, std::min(impl_->rowCount, static_cast<std::size_t>(impl_->position) + 1));
 }
@@ -118,6 +138,7 @@ std::shared_ptr<dao::Fields> Recordset::Fields() const {
 void Recordset::Close() {
   impl_->CheckOpen();
   impl_->DropEdit();
+  impl_->cursor.reset();
   impl_->session.reset();
   impl_->values.clear();
   impl_->rowIds.clear();

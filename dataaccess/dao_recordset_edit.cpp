@@ -131,6 +131,7 @@ void Recordset::Update(Long /*updateType*/, bool force) {
     const auto& row = stored ? *stored : impl_->buffer;
     impl_->values.insert(impl_->values.end(), row.begin(), row.end());
     impl_->rowIds.push_back(rowId);
+    if (impl_->cursor) impl_->added.push_back(rowId);
     ++impl_->rowCount;
     ++impl_->reached;
     if (impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount) - 1) {

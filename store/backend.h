@@ -102,11 +102,13 @@ struct ColumnValue {
 };
 
 // A prepared statement. Use: Bind, Step until it answers false, read Column while a row
-// stands; Reset before the next use (Bind resets too).
+// stands; Reset before the next use (Bind resets too). A statement is held by one user at a
+// time (see Connection::Prepare), so a recordset may keep stepping it across calls.
 class Statement {
  public:
   virtual ~Statement() = default;
-  virtual const std::vector<ColumnInfo>& Columns() const = 0;
+  // The result's columns; shared, so that a reader may keep them past the statement.
+  virtual std::shared_ptr<const std::vector<ColumnInfo>> Columns() const = 0;
   // Binds the values to the placeholders 1..n after a reset.
   virtual void Bind(const std::vector<SqlValue>& values) = 0;
   // Advances to the next row: true while a row stands.
@@ -118,8 +120,10 @@ class Statement {
 class Connection {
  public:
   virtual ~Connection() = default;
-  // The statement for `sql`, prepared on first use and kept by the connection.
-  virtual Statement& Prepare(const std::string& sql) = 0;
+  // The statement for `sql`, prepared on first use and kept by the connection for reuse; no
+  // one else steps it until the returned holder goes, which resets it. When the kept one is
+  // held already, a fresh statement serves this holder alone.
+  virtual std::shared_ptr<Statement> Prepare(const std::string& sql) = 0;
   // Runs a statement to its end and answers the rows it changed (not counting cascades).
   virtual long long Execute(const std::string& sql, const std::vector<SqlValue>& values) = 0;
   // The table or stored query of that name, in any case; empty when there is none.

@@ -59,19 +59,25 @@ SqliteConnection::~SqliteConnection() {
   sqlite3_close_v2(db_);
 }
 
-Statement& SqliteConnection::Prepare(const std::string& sql) {
+std::shared_ptr<Statement> SqliteConnection::Prepare(const std::string& sql) {
   auto found = statements_.find(sql);
-  if (found != statements_.end()) return *found->second;
-  auto statement = std::make_unique<SqliteStatement>(db_, sql);
-  return *statements_.emplace(sql, std::move(statement)).first->second;
+  if (found == statements_.end()) {
+    found = statements_.emplace(sql, std::make_unique<SqliteStatement>(db_, sql)).first;
+  }
+  SqliteStatement* kept = found->second.get();
+  if (kept->held) return std::make_shared<SqliteStatement>(db_, sql);
+  kept->held = true;
+  return std::shared_ptr<Statement>(kept, [](Statement* statement) {
+    statement->Reset();
+    static_cast<SqliteStatement*>(statement)->held = false;
+  });
 }
 
 long long SqliteConnection::Execute(const std::string& sql, const std::vector<SqlValue>& values) {
-  Statement& statement = Prepare(sql);
-  statement.Bind(values);
-  while (statement.Step()) {
+  auto statement = Prepare(sql);
+  statement->Bind(values);
+  while (statement->Step()) {
   }
-  statement.Reset();
   return sqlite3_changes64(db_);
 }
 

@@ -27,7 +27,7 @@ class SqliteConnection : public Connection {
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
 
-  Statement& Prepare(const std::string& sql) override;
+  std::shared_ptr<Statement> Prepare(const std::string& sql) override;
   long long Execute(const std::string& sql, const std::vector<SqlValue>& values) override;
   std::optional<SourceInfo> Describe(const std::string& name) override;
   const SqlSyntax& Syntax() const override { return sqlite::Syntax(); }

@@ -14,45 +14,44 @@ std::string Quoted(std::string_view name) {
 }  // namespace
 
 std::optional<SourceInfo> SqliteConnection::Describe(const std::string& name) {
-  Statement& lookup = Prepare(
+  auto lookup = Prepare(
       "SELECT type, name, sql FROM sqlite_master WHERE type IN ('table', 'view') AND "
       "name = ? COLLATE NOCASE");
-  lookup.Bind({name});
-  if (!lookup.Step()) return std::nullopt;
+  lookup->Bind({name});
+  if (!lookup->Step()) return std::nullopt;
   SourceInfo info;
-  info.isTable = std::get<std::string>(lookup.Column(0)) == "table";
-  info.name = std::get<std::string>(lookup.Column(1));
-  SqlValue sql = lookup.Column(2);
-  lookup.Reset();
+  info.isTable = std::get<std::string>(lookup->Column(0)) == "table";
+  info.name = std::get<std::string>(lookup->Column(1));
+  SqlValue sql = lookup->Column(2);
+  lookup.reset();
   if (auto* text = std::get_if<std::string>(&sql)) {
     info.autoIncrement = sqlite3_strlike("%AUTOINCREMENT%", text->c_str(), 0) == 0;
   }
   std::string quoted = Quoted(info.name);
-  Statement& columns = Prepare("PRAGMA table_info(" + quoted + ")");
-  columns.Bind({});
+  auto columns = Prepare("PRAGMA table_info(" + quoted + ")");
+  columns->Bind({});
   int keyColumns = 0;
   std::string key;
-  while (columns.Step()) {  // cid, name, type, notnull, dflt_value, pk
-    auto columnName = std::get<std::string>(columns.Column(1));
-    SqlValue type = columns.Column(2);
+  while (columns->Step()) {  // cid, name, type, notnull, dflt_value, pk
+    auto columnName = std::get<std::string>(columns->Column(1));
+    SqlValue type = columns->Column(2);
     auto* typeText = std::get_if<std::string>(&type);
     info.columns.push_back({columnName, KindOfDeclaredType(typeText ? *typeText : "")});
-    if (std::get<std::int64_t>(columns.Column(5)) > 0) {
+    if (std::get<std::int64_t>(columns->Column(5)) > 0) {
       ++keyColumns;
       if (typeText && sqlite3_stricmp(typeText->c_str(), "INTEGER") == 0) key = columnName;
     }
   }
-  columns.Reset();
+  columns.reset();
   if (info.isTable && keyColumns == 1) info.integerKey = key;
-  Statement& keys = Prepare("PRAGMA foreign_key_list(" + quoted + ")");
-  keys.Bind({});
-  while (keys.Step()) {  // id, seq, table, from, to, ...
-    SqlValue to = keys.Column(4);
-    info.foreignKeys.push_back({std::get<std::string>(keys.Column(3)),
-                                std::get<std::string>(keys.Column(2)),
+  auto keys = Prepare("PRAGMA foreign_key_list(" + quoted + ")");
+  keys->Bind({});
+  while (keys->Step()) {  // id, seq, table, from, to, ...
+    SqlValue to = keys->Column(4);
+    info.foreignKeys.push_back({std::get<std::string>(keys->Column(3)),
+                                std::get<std::string>(keys->Column(2)),
                                 IsSqlNull(to) ? std::string() : std::get<std::string>(to)});
   }
-  keys.Reset();
   return info;
 }
 
@@ -60,14 +59,14 @@ std::int64_t SqliteConnection::ReserveKey(const SourceInfo& table) {
   bool ownTransaction = sqlite3_get_autocommit(db_) != 0;
   if (ownTransaction) Begin();
   try {
-    Statement& next = Prepare(
+    auto next = Prepare(
         "SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1), 0), "
         "coalesce((SELECT max(rowid) FROM " +
         Quoted(table.name) + "), 0)) + 1");
-    next.Bind({table.name});
-    next.Step();
-    std::int64_t key = std::get<std::int64_t>(next.Column(0));
-    next.Reset();
+    next->Bind({table.name});
+    next->Step();
+    std::int64_t key = std::get<std::int64_t>(next->Column(0));
+    next.reset();
     if (Execute("UPDATE sqlite_sequence SET seq = ?1 WHERE name = ?2", {key, table.name}) == 0) {
       Execute("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)", {table.name, key});
     }

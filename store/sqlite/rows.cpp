@@ -22,17 +22,16 @@ std::optional<std::vector<SqlValue>> SqliteConnection::ReadRow(const SourceInfo&
   sql += " FROM ";
   AppendName(sql, table.name);
   sql += " WHERE rowid = ?";
-  Statement& statement = Prepare(sql);
-  statement.Bind({row});
+  auto statement = Prepare(sql);
+  statement->Bind({row});
   std::optional<std::vector<SqlValue>> values;
-  if (statement.Step()) {
+  if (statement->Step()) {
     values.emplace();
     values->reserve(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {
-      values->push_back(statement.Column(static_cast<int>(i)));
+      values->push_back(statement->Column(static_cast<int>(i)));
     }
   }
-  statement.Reset();
   return values;
 }
 
@@ -92,11 +91,9 @@ bool SqliteConnection::ParentRowExists(const ForeignKey& key, const SqlValue& va
     AppendName(sql, key.parentColumn);
   }
   sql += " = ?";
-  Statement& lookup = Prepare(sql);
-  lookup.Bind({value});
-  bool found = lookup.Step();
-  lookup.Reset();
-  return found;
+  auto lookup = Prepare(sql);
+  lookup->Bind({value});
+  return lookup->Step();
 }
 
 }  // namespace brindlewayProj::store::sqlite

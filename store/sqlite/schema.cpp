@@ -29,6 +29,7 @@ CREATE TABLE OrderBasket (OrderId INTEGER REFERENCES Orders(OrderId) ON DELETE C
                           Quantity INTEGER);
 CREATE INDEX OrdersByCustomer ON Orders(CustomerId, OrderDate);
 CREATE INDEX BasketByOrder ON OrderBasket(OrderId, ProductId);
+CREATE INDEX BasketByProduct ON OrderBasket(ProductId);
 CREATE INDEX ProductsByName ON Products(ProductName);
 CREATE VIEW OrdersWithNames AS
   SELECT o.OrderId, o.CustomerId, c.FirstName, c.LastName, o.OrderDate,

@@ -4,20 +4,37 @@
 #include "store/sqlite/errors.h"
 
 namespace brindlewayProj::store::sqlite {
+namespace {
+
+thread_local std::uint64_t vmSteps = 0;
+
+// Adds the steps of the statement's last run to the thread's count and clears its counter.
+void CountSteps(sqlite3_stmt* statement) {
+  vmSteps += static_cast<std::uint64_t>(sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_VM_STEP, 1));
+}
+
+}  // namespace
+
+std::uint64_t VmStepsForTesting() { return vmSteps; }
 
 SqliteStatement::SqliteStatement(sqlite3* db, const std::string& sql) : db_(db) {
   int code = sqlite3_prepare_v3(db, sql.c_str(), static_cast<int>(sql.size() + 1),
                                 SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
   if (code != SQLITE_OK) Fail(db, code);
   int count = sqlite3_column_count(statement_);
+  auto columns = std::make_shared<std::vector<ColumnInfo>>();
   for (int i = 0; i < count; ++i) {
     const char* declared = sqlite3_column_decltype(statement_, i);
-    columns_.push_back(
+    columns->push_back(
         {sqlite3_column_name(statement_, i), KindOfDeclaredType(declared ? declared : "")});
   }
+  columns_ = std::move(columns);
 }
 
-SqliteStatement::~SqliteStatement() { sqlite3_finalize(statement_); }
+SqliteStatement::~SqliteStatement() {
+  CountSteps(statement_);
+  sqlite3_finalize(statement_);
+}
 
 void SqliteStatement::Bind(const std::vector<SqlValue>& values) {
   Reset();
@@ -64,6 +81,7 @@ SqlValue SqliteStatement::Column(int index) const {
 }
 
 void SqliteStatement::Reset() {
+  CountSteps(statement_);
   sqlite3_reset(statement_);
   sqlite3_clear_bindings(statement_);
 }
