@@ -66,15 +66,15 @@ class FaultyConnection : public store::Connection {
     plan_.Check("RESERVE");
     return inner_->ReserveKey(table);
   }
-  void Begin() override {
+  void Begin(int level) override {
     plan_.Check("BEGIN");
-    inner_->Begin();
+    inner_->Begin(level);
   }
-  void Commit() override {
+  void Commit(int level) override {
     plan_.Check("COMMIT");
-    inner_->Commit();
+    inner_->Commit(level);
   }
-  void Rollback() override { inner_->Rollback(); }
+  void Rollback(int level) override { inner_->Rollback(level); }
 
  private:
   std::shared_ptr<store::Connection> inner_;
@@ -188,16 +188,23 @@ TEST(OpenDatabase, RefusesWhatIsNoStore) {
 }
 
 // Waits out the busy timeout: a writer elsewhere holds the file for longer.
-TEST_F(StoreTest, AWriterElsewhereBlocksBeginTransUntilTheTimeout) {
+// BeginTrans opens the transaction at once; the store's write lock is taken by the first
+// statement inside it, which waits for the other writer up to the timeout and then fails with
+// the transaction still open, so that Rollback ends it.
+TEST_F(StoreTest, AWriterElsewhereFailsTheFirstStatementOfTheTransaction) {
   sqlite3* other = nullptr;
   sqlite3_open(file_.c_str(), &other);
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
-  EXPECT_STORE_ERROR(Workspace().BeginTrans(), store::errLocked,
+  Workspace().BeginTrans();
+  EXPECT_STORE_ERROR(Db().OpenRecordset("Orders"), store::errLocked,
                      "Could not update; currently locked.");
+  Workspace().Rollback();
   sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
   sqlite3_close(other);
   Workspace().BeginTrans();
-  Workspace().Rollback();
+  Db().Execute("Delete From [OrderBasket] Where [OrderId] = 1", dbFailOnError);
+  Workspace().CommitTrans();
+  EXPECT_EQ(Db().RecordsAffected(), 3);
 }
 
 }  // namespace

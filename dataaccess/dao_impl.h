@@ -13,8 +13,8 @@
 // row ahead lets the cursor of a one-row query end at once, so that it holds no read snapshot
 // of the store while the row is edited.
 //
-// A Workspace is either without a transaction or inside one; BeginTrans and CommitTrans or
-// Rollback move between the two, on every file the workspace holds.
+// A Workspace's transaction is a count of nested levels (see dao_session.h for how each store
+// file joins it).
 #pragma once
 
 #include <cstddef>
@@ -91,9 +91,7 @@ struct Database::Impl {
 
 struct Workspace::Impl {
   std::map<std::filesystem::path, std::weak_ptr<internal::Session>> sessions;
-  // The files of the open transaction, held so that it ends on each of them.
-  std::vector<std::shared_ptr<internal::Session>> inTransaction;
-  bool transaction = false;
+  std::shared_ptr<internal::Transaction> transaction = std::make_shared<internal::Transaction>();
 };
 
 struct Engine::Impl {

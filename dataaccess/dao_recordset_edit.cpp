@@ -92,7 +92,7 @@ void Recordset::AddNew() {
   impl_->buffer.assign(impl_->width, store::SqlValue{});
   BeginEdit(*impl_, EditMode::kAddNew);
   const auto& table = *impl_->table;
-  if (!table.autoIncrement || table.integerKey.empty()) return;
+  if (table.integerKey.empty()) return;
   for (std::size_t i = 0; i < impl_->width; ++i) {
     if (!platform::EqualsIgnoringAsciiCase(impl_->Column(i).name, table.integerKey)) continue;
     internal::WriteContext context{impl_->session.get(), &table};

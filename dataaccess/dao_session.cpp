@@ -1,4 +1,4 @@
-// The shared connection of one store file in one workspace.
+// The shared connection of one store file in one workspace, and its part in the transaction.
 #include "dataaccess/dao_session.h"
 
 #include "dataaccess/dao_failures.h"
@@ -6,31 +6,40 @@
 
 namespace brindlewayProj::dao::internal {
 
-Session::Session(std::shared_ptr<store::Connection> connection, String path)
-    : connection_(std::move(connection)), path_(std::move(path)) {}
+Session::Session(std::shared_ptr<store::Connection> connection, String path,
+                 std::shared_ptr<Transaction> transaction)
+    : connection_(std::move(connection)),
+      path_(std::move(path)),
+      transaction_(std::move(transaction)) {}
+
+store::Connection& Session::Connection() {
+  while (level_ < transaction_->depth) {
+    Guarded([&] { connection_->Begin(level_ + 1); }, WriteContext{this});
+    if (level_ == 0) transaction_->joined.push_back(shared_from_this());
+    ++level_;
+  }
+  return *connection_;
+}
 
 const store::SourceInfo* Session::Describe(const std::string& name) {
   std::string key = platform::ToAsciiLower(name);
   auto found = sources_.find(key);
   if (found == sources_.end()) {
-    WriteContext context{this};
-    auto info = Guarded([&] { return connection_->Describe(name); }, context);
+    auto info = Guarded([&] { return Connection().Describe(name); }, WriteContext{this});
     found = sources_.emplace(std::move(key), std::move(info)).first;
   }
   return found->second ? &*found->second : nullptr;
 }
 
-void Session::Begin() {
-  Guarded([&] { connection_->Begin(); });
-}
-
 void Session::Commit() {
-  Guarded([&] { connection_->Commit(); });
+  Guarded([&] { connection_->Commit(level_); });
+  --level_;
 }
 
 void Session::Rollback() {
   ++generation_;
-  Guarded([&] { connection_->Rollback(); });
+  --level_;
+  Guarded([&] { connection_->Rollback(level_ + 1); });
 }
 
 }  // namespace brindlewayProj::dao::internal

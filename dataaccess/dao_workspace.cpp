@@ -30,26 +30,25 @@ std::shared_ptr<internal::Session> SessionFor(Workspace::Impl& workspace, const 
     if (error.Kind() == store::FailureKind::kCantOpen) throw store::FileNotFound(name);
     throw internal::Translate(error);
   }
-  auto session = std::make_shared<internal::Session>(std::move(connection), name);
-  if (workspace.transaction) {  // a file opened inside the transaction joins it
-    session->Begin();
-    workspace.inTransaction.push_back(session);
-  }
+  auto session =
+      std::make_shared<internal::Session>(std::move(connection), name, workspace.transaction);
   workspace.sessions[key] = session;
   return session;
 }
 
-std::vector<std::shared_ptr<internal::Session>> LiveSessions(Workspace::Impl& workspace) {
-  std::vector<std::shared_ptr<internal::Session>> live;
-  for (auto it = workspace.sessions.begin(); it != workspace.sessions.end();) {
-    if (auto session = it->second.lock()) {
-      live.push_back(std::move(session));
-      ++it;
-    } else {
-      it = workspace.sessions.erase(it);
-    }
+// The sessions that joined the transaction and are at its innermost level.
+std::vector<std::shared_ptr<internal::Session>> AtInnermostLevel(
+    const internal::Transaction& transaction) {
+  std::vector<std::shared_ptr<internal::Session>> sessions;
+  for (const auto& session : transaction.joined) {
+    if (session->Level() == transaction.depth) sessions.push_back(session);
   }
-  return live;
+  return sessions;
+}
+
+// Ends the innermost level; the outermost lets go of the sessions that joined.
+void EndLevel(internal::Transaction& transaction) {
+  if (--transaction.depth == 0) transaction.joined.clear();
 }
 
 }  // namespace
@@ -63,34 +62,21 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const String& name) {
   return std::make_shared<Database>(std::move(impl));
 }
 
-void Workspace::BeginTrans() {
-  if (impl_->transaction) throw store::NestedTransaction();
-  auto sessions = LiveSessions(*impl_);
-  for (std::size_t i = 0; i < sessions.size(); ++i) {
-    try {
-      sessions[i]->Begin();
-    } catch (...) {
-      for (std::size_t begun = 0; begun < i; ++begun) sessions[begun]->Rollback();
-      throw;
-    }
-  }
-  impl_->inTransaction = std::move(sessions);
-  impl_->transaction = true;
-}
+void Workspace::BeginTrans() { ++impl_->transaction->depth; }
 
 void Workspace::CommitTrans(Long /*options*/) {
-  if (!impl_->transaction) throw store::NoTransaction();
-  // A failed commit leaves the transaction open, for the caller's Rollback.
-  for (auto& session : impl_->inTransaction) session->Commit();
-  impl_->inTransaction.clear();
-  impl_->transaction = false;
+  auto& transaction = *impl_->transaction;
+  if (transaction.depth == 0) throw store::NoTransaction();
+  // A failed commit leaves the level open, for the caller's Rollback.
+  for (auto& session : AtInnermostLevel(transaction)) session->Commit();
+  EndLevel(transaction);
 }
 
 void Workspace::Rollback() {
-  if (!impl_->transaction) throw store::NoTransaction();
-  auto sessions = std::move(impl_->inTransaction);
-  impl_->inTransaction.clear();
-  impl_->transaction = false;
+  auto& transaction = *impl_->transaction;
+  if (transaction.depth == 0) throw store::NoTransaction();
+  auto sessions = AtInnermostLevel(transaction);
+  EndLevel(transaction);
   std::optional<platform::Error> first;
   for (auto& session : sessions) {
     try {

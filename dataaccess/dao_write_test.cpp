@@ -160,18 +160,26 @@ TEST_F(WriteTest, ExecuteCountsTheRowsOfItsOwnStatement) {
                      store::errReadOnly, "Cannot update. Database or object is read-only.");
 }
 
-TEST_F(WriteTest, TransactionsMustBeBegunAndAreNotNested) {
+// Transactions nest: an inner Rollback undoes only its own level, and only the outermost
+// CommitTrans makes changes lasting.
+TEST_F(WriteTest, TransactionsMustBeBegunAndNest) {
   const String noTransaction =
       "You tried to commit or rollback a transaction without first beginning a transaction.";
   EXPECT_STORE_ERROR(Workspace().CommitTrans(), store::errNoTransaction, noTransaction);
   EXPECT_STORE_ERROR(Workspace().Rollback(), store::errNoTransaction, noTransaction);
   Workspace().BeginTrans();
-  EXPECT_THROW(Workspace().BeginTrans(), platform::Error);
-  Db().Execute("Delete From [OrderBasket]", dbFailOnError);
-  auto second = Workspace().OpenDatabase(file_.string());  // shares the transaction
-  EXPECT_EQ(second->OpenRecordset("OrderBasket", dbOpenSnapshot)->RecordCount(), 0);
+  Db().Execute("Delete From [OrderBasket] Where [OrderId] = 1", dbFailOnError);
+  Workspace().BeginTrans();
+  Db().Execute("Delete From [OrderBasket] Where [OrderId] = 2", dbFailOnError);
   Workspace().Rollback();
-  EXPECT_EQ(Count("OrderBasket"), 12);
+  EXPECT_EQ(Count("Select * From [OrderBasket] Where [OrderId] < 4"), 5);  // orders 2 and 3
+  Workspace().BeginTrans();
+  auto second = Workspace().OpenDatabase(file_.string());  // shares the transaction
+  second->Execute("Delete From [OrderBasket] Where [OrderId] = 3", dbFailOnError);
+  Workspace().CommitTrans();
+  Workspace().CommitTrans();
+  EXPECT_EQ(Count("Select * From [OrderBasket] Where [OrderId] < 4"), 3);  // order 2's rows
+  EXPECT_STORE_ERROR(Workspace().Rollback(), store::errNoTransaction, noTransaction);
   second->Close();
   EXPECT_STORE_ERROR(second->OpenRecordset("Orders"), store::errObjectInvalid,
                      "Object invalid or no longer set.");

@@ -146,14 +146,19 @@ class Connection {
   // Whether the parent table of `key` has a row whose referenced column (its identity when
   // the reference names none) holds `value`.
   virtual bool ParentRowExists(const ForeignKey& key, const SqlValue& value) = 0;
-  // Takes the next automatic key of `table` (an autoincrement table) for the caller, so that
-  // no other writer gets it: inside the open transaction, or in a short one of its own.
+  // The key of `table`'s next row, for a table whose integer key the engine numbers itself
+  // (SourceInfo::integerKey). The key exists from this call on and is the one the caller then
+  // stores; it is never handed out twice by this connection, also when the transaction that
+  // took it is rolled back, and where the engine keeps a sequence (AUTOINCREMENT), it is taken
+  // from the sequence inside the open transaction, or in a short transaction of its own.
   virtual std::int64_t ReserveKey(const SourceInfo& table) = 0;
-  // A write transaction that waits for other writers up to the busy timeout.
-  virtual void Begin() = 0;
-  virtual void Commit() = 0;
-  // Ends the transaction; harmless when the backend has already ended it after a failure.
-  virtual void Rollback() = 0;
+  // Transaction levels: level 1 is the transaction, which takes the store's write lock and
+  // waits for other writers up to the busy timeout; each higher level is a savepoint inside
+  // it. Commit ends the level keeping its changes, Rollback undoes them. Rollback is harmless
+  // when the engine has already ended the transaction after a failure.
+  virtual void Begin(int level) = 0;
+  virtual void Commit(int level) = 0;
+  virtual void Rollback(int level) = 0;
 };
 
 // Opens an existing store file for reading and writing, shared with other connections, on the

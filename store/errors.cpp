@@ -11,11 +11,6 @@ Error EmptyPath() {
 
 Error InvalidArgument() { return Error(errInvalidArgument, "Invalid argument."); }
 
-Error NestedTransaction() {
-  return Error(errNestedTransaction,
-               "Could not start transaction; a transaction is already open in this workspace.");
-}
-
 Error CannotExecuteSelect() {
   return Error(errCannotExecuteSelect, "Cannot execute a select query.");
 }

@@ -8,7 +8,6 @@ namespace brindlewayProj::store {
 
 enum StoreErrorNumber : Long {
   errInvalidArgument = 3001,
-  errNestedTransaction = 3003,
   errCannotExecuteSelect = 3065,
   errRecordDeleted = 3167,
   errObjectInvalid = 3420,
@@ -38,7 +37,6 @@ enum StoreErrorNumber : Long {
 
 platform::Error EmptyPath();
 platform::Error InvalidArgument();
-platform::Error NestedTransaction();
 platform::Error CannotExecuteSelect();
 platform::Error RecordDeleted();
 platform::Error ObjectInvalid();

@@ -81,12 +81,28 @@ long long SqliteConnection::Execute(const std::string& sql, const std::vector<Sq
   return sqlite3_changes64(db_);
 }
 
-void SqliteConnection::Begin() { Execute("BEGIN IMMEDIATE", {}); }
+namespace {
 
-void SqliteConnection::Commit() { Execute("COMMIT", {}); }
+std::string SavepointName(int level) { return "\"level" + std::to_string(level) + "\""; }
 
-void SqliteConnection::Rollback() {
-  if (!sqlite3_get_autocommit(db_)) Execute("ROLLBACK", {});
+}  // namespace
+
+void SqliteConnection::Begin(int level) {
+  Execute(level == 1 ? "BEGIN IMMEDIATE" : "SAVEPOINT " + SavepointName(level), {});
+}
+
+void SqliteConnection::Commit(int level) {
+  Execute(level == 1 ? "COMMIT" : "RELEASE SAVEPOINT " + SavepointName(level), {});
+}
+
+void SqliteConnection::Rollback(int level) {
+  if (sqlite3_get_autocommit(db_)) return;  // the engine ended the transaction already
+  if (level == 1) {
+    Execute("ROLLBACK", {});
+  } else {
+    Execute("ROLLBACK TO SAVEPOINT " + SavepointName(level), {});
+    Execute("RELEASE SAVEPOINT " + SavepointName(level), {});
+  }
 }
 
 std::shared_ptr<Connection> Open(const std::filesystem::path& file) {

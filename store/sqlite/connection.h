@@ -40,13 +40,15 @@ class SqliteConnection : public Connection {
   RowId InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) override;
   bool ParentRowExists(const ForeignKey& key, const SqlValue& value) override;
   std::int64_t ReserveKey(const SourceInfo& table) override;
-  void Begin() override;
-  void Commit() override;
-  void Rollback() override;
+  void Begin(int level) override;
+  void Commit(int level) override;
+  void Rollback(int level) override;
 
  private:
   sqlite3* db_ = nullptr;
   std::unordered_map<std::string, std::unique_ptr<SqliteStatement>> statements_;
+  // The highest key handed out per table, so that a key of a rolled-back row is not reused.
+  std::unordered_map<std::string, std::int64_t> keysHandedOut_;
 };
 
 }  // namespace brindlewayProj::store::sqlite

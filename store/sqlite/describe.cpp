@@ -1,5 +1,5 @@
 // What a SQLite store knows of its tables and views: columns with their declared kinds, the
-// integer key, foreign keys, and the automatic keys of AUTOINCREMENT tables.
+// integer key and foreign keys.
 #include "store/sqlite/connection.h"
 
 namespace brindlewayProj::store::sqlite {
@@ -53,29 +53,6 @@ std::optional<SourceInfo> SqliteConnection::Describe(const std::string& name) {
                                 IsSqlNull(to) ? std::string() : std::get<std::string>(to)});
   }
   return info;
-}
-
-std::int64_t SqliteConnection::ReserveKey(const SourceInfo& table) {
-  bool ownTransaction = sqlite3_get_autocommit(db_) != 0;
-  if (ownTransaction) Begin();
-  try {
-    auto next = Prepare(
-        "SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1), 0), "
-        "coalesce((SELECT max(rowid) FROM " +
-        Quoted(table.name) + "), 0)) + 1");
-    next->Bind({table.name});
-    next->Step();
-    std::int64_t key = std::get<std::int64_t>(next->Column(0));
-    next.reset();
-    if (Execute("UPDATE sqlite_sequence SET seq = ?1 WHERE name = ?2", {key, table.name}) == 0) {
-      Execute("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)", {table.name, key});
-    }
-    if (ownTransaction) Commit();
-    return key;
-  } catch (...) {
-    if (ownTransaction) Rollback();
-    throw;
-  }
 }
 
 }  // namespace brindlewayProj::store::sqlite
