@@ -10,74 +10,30 @@
 #include "store/backend.h"
 #include "store/errors.h"
 #include "store/sqlite/connection.h"
+#include "tests/support/forwarding_connection.h"
 
 namespace brindlewayProj::dao {
 namespace {
 
 using store::FailureKind;
 
-// Fails the next backend call whose SQL starts with `prefix` (or Begin/Commit as "BEGIN" and
-// "COMMIT") with `kind`, once.
+// Fails the next store operation whose description starts with `prefix` with `kind`, once.
 struct FaultPlan {
   std::string prefix;
   FailureKind kind = FailureKind::kOther;
-  void Check(const std::string& sql) {
-    if (prefix.empty() || sql.rfind(prefix, 0) != 0) return;
-    prefix.clear();
-    throw store::BackendError(kind, "injected fault");
-  }
 };
 
-class FaultyConnection : public store::Connection {
+class FaultyConnection : public testing::ForwardingConnection {
  public:
   FaultyConnection(std::shared_ptr<store::Connection> inner, FaultPlan& plan)
-      : inner_(std::move(inner)), plan_(plan) {}
-  std::shared_ptr<store::Statement> Prepare(const std::string& sql) override {
-    return inner_->Prepare(sql);
+      : ForwardingConnection(std::move(inner)), plan_(plan) {}
+  void Before(const std::string& operation) override {
+    if (plan_.prefix.empty() || operation.rfind(plan_.prefix, 0) != 0) return;
+    plan_.prefix.clear();
+    throw store::BackendError(plan_.kind, "injected fault");
   }
-  long long Execute(const std::string& sql, const std::vector<store::SqlValue>& values) override {
-    plan_.Check(sql);
-    return inner_->Execute(sql, values);
-  }
-  std::optional<store::SourceInfo> Describe(const std::string& name) override {
-    return inner_->Describe(name);
-  }
-  const store::SqlSyntax& Syntax() const override { return inner_->Syntax(); }
-  std::optional<std::vector<store::SqlValue>> ReadRow(const store::SourceInfo& table,
-                                                      std::span<const std::string> columns,
-                                                      const store::RowId& row) override {
-    return inner_->ReadRow(table, columns, row);
-  }
-  long long UpdateRow(const store::SourceInfo& table, const store::RowId& row,
-                      std::span<const store::ColumnValue> changes,
-                      std::span<const store::ColumnValue> expected) override {
-    plan_.Check("UPDATE");
-    return inner_->UpdateRow(table, row, changes, expected);
-  }
-  store::RowId InsertRow(const store::SourceInfo& table,
-                         std::span<const store::ColumnValue> values) override {
-    plan_.Check("INSERT");
-    return inner_->InsertRow(table, values);
-  }
-  bool ParentRowExists(const store::ForeignKey& key, const store::SqlValue& value) override {
-    return inner_->ParentRowExists(key, value);
-  }
-  std::int64_t ReserveKey(const store::SourceInfo& table) override {
-    plan_.Check("RESERVE");
-    return inner_->ReserveKey(table);
-  }
-  void Begin(int level) override {
-    plan_.Check("BEGIN");
-    inner_->Begin(level);
-  }
-  void Commit(int level) override {
-    plan_.Check("COMMIT");
-    inner_->Commit(level);
-  }
-  void Rollback(int level) override { inner_->Rollback(level); }
 
  private:
-  std::shared_ptr<store::Connection> inner_;
   FaultPlan& plan_;
 };
 
@@ -105,7 +61,7 @@ TEST_P(InjectedFault, AtUpdateStoresNothing) {
   auto orders = Dynaset("Select * From [Orders] Where ( [OrderId] = 2 )");
   orders->Edit();
   orders->Collect("Delivery", Variant(Integer{1}));
-  plan = {"UPDATE", GetParam().kind};
+  plan = {"update row", GetParam().kind};
   try {
     orders->Update();
     ADD_FAILURE() << "no failure";
@@ -117,7 +73,7 @@ TEST_P(InjectedFault, AtUpdateStoresNothing) {
 }
 
 TEST_P(InjectedFault, AtExecuteDeletesNothing) {
-  plan = {"DELETE", GetParam().kind};
+  plan = {"execute DELETE", GetParam().kind};
   try {
     Db().Execute("Delete From [OrderBasket] Where ( [OrderId] = 1 )", dbFailOnError);
     ADD_FAILURE() << "no failure";
@@ -134,7 +90,7 @@ TEST_P(InjectedFault, AtCommitLeavesTheTransactionForRollback) {
   orders->AddNew();
   orders->Collect("CustomerId", Variant(Long{1}));
   orders->Update();
-  plan = {"COMMIT", GetParam().kind};
+  plan = {"commit", GetParam().kind};
   try {
     Workspace().CommitTrans();
     ADD_FAILURE() << "no failure";
@@ -153,14 +109,14 @@ INSTANTIATE_TEST_SUITE_P(Kinds, InjectedFault,
                                            Fault{FailureKind::kOther, store::errEngine}));
 
 TEST_F(FaultTest, TextsOfTheCommonFailures) {
-  plan = {"UPDATE", FailureKind::kBusy};
+  plan = {"update row", FailureKind::kBusy};
   auto orders = Dynaset("Select * From [Orders] Where ( [OrderId] = 2 )");
   orders->Edit();
   orders->Collect("Delivery", Variant(Integer{1}));
   EXPECT_STORE_ERROR(orders->Update(), store::errLocked, "Could not update; currently locked.");
-  plan = {"UPDATE", FailureKind::kFull};
+  plan = {"update row", FailureKind::kFull};
   EXPECT_STORE_ERROR(orders->Update(), store::errDiskFull, "Not enough space on disk.");
-  plan = {"RESERVE", FailureKind::kReadOnly};
+  plan = {"reserve key", FailureKind::kReadOnly};
   EXPECT_STORE_ERROR(Dynaset("Orders")->AddNew(), store::errReadOnly,
                      "Cannot update. Database or object is read-only.");
 }
@@ -187,7 +143,6 @@ TEST(OpenDatabase, RefusesWhatIsNoStore) {
                      "Item not found in this collection.");
 }
 
-// Waits out the busy timeout: a writer elsewhere holds the file for longer.
 // BeginTrans opens the transaction at once; the store's write lock is taken by the first
 // statement inside it, which waits for the other writer up to the timeout and then fails with
 // the transaction still open, so that Rollback ends it.
