@@ -12,6 +12,7 @@ namespace dialect = store::dialect;
 
 internal::Session& OpenSession(const Database::Impl& impl) {
   if (!impl.session) throw store::ObjectInvalid();
+  internal::CheckThread(impl.session->Owner());
   return *impl.session;
 }
 

@@ -58,7 +58,7 @@ struct Recordset::Impl {
   }
   // The position of the column of that name in any case; raises 3265 for an unknown name.
   std::size_t ColumnIndex(std::string_view name) const;
-  // Raises 3420 once closed.
+  // Raises 3420 once closed, errWrongThread on another thread than the session's.
   void CheckOpen() const;
   // The value shown for a column: the edit buffer while editing, else the current row; 3021
   // off the rows.
@@ -90,6 +90,7 @@ struct Database::Impl {
 };
 
 struct Workspace::Impl {
+  const std::thread::id owner = std::this_thread::get_id();
   std::map<std::filesystem::path, std::weak_ptr<internal::Session>> sessions;
   std::shared_ptr<internal::Transaction> transaction = std::make_shared<internal::Transaction>();
 };

@@ -17,6 +17,7 @@ std::size_t Recordset::Impl::ColumnIndex(std::string_view name) const {
 
 void Recordset::Impl::CheckOpen() const {
   if (!session) throw store::ObjectInvalid();
+  internal::CheckThread(session->Owner());
 }
 
 const store::SqlValue& Recordset::Impl::Shown(std::size_t column) const {

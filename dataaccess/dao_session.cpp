@@ -6,6 +6,10 @@
 
 namespace brindlewayProj::dao::internal {
 
+void CheckThread(std::thread::id owner) {
+  if (owner != std::this_thread::get_id()) platform::Raise(platform::errWrongThread);
+}
+
 Session::Session(std::shared_ptr<store::Connection> connection, String path,
                  std::shared_ptr<Transaction> transaction)
     : connection_(std::move(connection)),

@@ -18,6 +18,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
@@ -27,6 +28,9 @@
 namespace brindlewayProj::dao::internal {
 
 class Session;
+
+// Raises errWrongThread unless the calling thread is `owner`.
+void CheckThread(std::thread::id owner);
 
 // A workspace's transaction, shared with the sessions of its files.
 struct Transaction {
@@ -40,6 +44,8 @@ class Session : public std::enable_shared_from_this<Session> {
   Session(std::shared_ptr<store::Connection> connection, String path,
           std::shared_ptr<Transaction> transaction);
 
+  // The thread whose workspace opened the file; no other may use it.
+  std::thread::id Owner() const { return owner_; }
   // The connection, first brought up to the workspace's transaction level.
   store::Connection& Connection();
   // The path as the caller gave it, for messages.
@@ -56,6 +62,7 @@ class Session : public std::enable_shared_from_this<Session> {
   std::uint64_t Generation() const { return generation_; }
 
  private:
+  const std::thread::id owner_ = std::this_thread::get_id();
   std::shared_ptr<store::Connection> connection_;
   String path_;
   std::shared_ptr<Transaction> transaction_;

@@ -56,15 +56,20 @@ void EndLevel(internal::Transaction& transaction) {
 Workspace::Workspace(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
 
 std::shared_ptr<Database> Workspace::OpenDatabase(const String& name) {
+  internal::CheckThread(impl_->owner);
   auto impl = std::make_shared<Database::Impl>();
   impl->session = SessionFor(*impl_, name);
   impl->name = name;
   return std::make_shared<Database>(std::move(impl));
 }
 
-void Workspace::BeginTrans() { ++impl_->transaction->depth; }
+void Workspace::BeginTrans() {
+  internal::CheckThread(impl_->owner);
+  ++impl_->transaction->depth;
+}
 
 void Workspace::CommitTrans(Long /*options*/) {
+  internal::CheckThread(impl_->owner);
   auto& transaction = *impl_->transaction;
   if (transaction.depth == 0) throw store::NoTransaction();
   // A failed commit leaves the level open, for the caller's Rollback.
@@ -73,6 +78,7 @@ void Workspace::CommitTrans(Long /*options*/) {
 }
 
 void Workspace::Rollback() {
+  internal::CheckThread(impl_->owner);
   auto& transaction = *impl_->transaction;
   if (transaction.depth == 0) throw store::NoTransaction();
   auto sessions = AtInnermostLevel(transaction);
@@ -96,7 +102,7 @@ std::shared_ptr<Workspace> Engine::Workspaces(Integer index) {
 }
 
 Engine& DBEngine() {
-  static Engine engine(std::make_shared<Engine::Impl>(
+  thread_local Engine engine(std::make_shared<Engine::Impl>(
       Engine::Impl{std::make_shared<Workspace>(std::make_shared<Workspace::Impl>())}));
   return engine;
 }

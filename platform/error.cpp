@@ -17,6 +17,8 @@ String RuntimeErrorText(Long number) {
     case errObjectNotSet: return "Object variable or With block variable not set";
     case errInvalidUseOfNull: return "Invalid use of Null";
     case errObjectDoesNotSupport: return "Object doesn't support this property or method";
+    case errWrongThread:
+      return "The application called an interface that was marshalled for a different thread.";
     default: return "Application-defined or object-defined error";
   }
 }

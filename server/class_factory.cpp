@@ -2,6 +2,7 @@
 #include "server/class_factory.h"
 
 #include <atomic>
+#include <thread>
 
 #include <brindleway/brindleway.h>
 
@@ -12,7 +13,9 @@ namespace {
 
 std::atomic<Long> liveObjects{0};
 
-// One brindleway object behind the late-bound interface; counted while it lives.
+// One brindleway object behind the late-bound interface; counted while it lives. It belongs to
+// the thread that created it, as an apartment's object does: a call from another thread is
+// refused before it reaches the object.
 class BrindlewayDispatch final : public Dispatch {
  public:
   BrindlewayDispatch() { ++liveObjects; }
@@ -27,12 +30,14 @@ class BrindlewayDispatch final : public Dispatch {
   }
 
   Variant Invoke(Long dispId, std::span<Argument> arguments) override {
+    if (std::this_thread::get_id() != owner_) platform::Raise(platform::errWrongThread);
     const MethodInfo* method = FindMethod(dispId);
     if (!method) platform::Raise(platform::errObjectDoesNotSupport);
     return InvokeMethod(object_, *method, arguments);
   }
 
  private:
+  const std::thread::id owner_ = std::this_thread::get_id();
   brindleway object_;
 };
 

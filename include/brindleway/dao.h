@@ -1,5 +1,7 @@
 // The DAO-style object model the component talks to: engine, workspace, database, recordset,
-// fields. Every failure is a platform::Error in the store's words (the 3000 range).
+// fields. Every failure is a platform::Error in the store's words (the 3000 range). Objects are
+// held by std::shared_ptr; releasing the last reference closes a Recordset (dropping an unstored
+// edit) or a Database.
 #pragma once
 
 #include <memory>
@@ -116,7 +118,10 @@ class Engine : public Object {
   std::shared_ptr<Impl> impl_;
 };
 
-// The process's engine, created on first need.
+// The calling thread's engine, created on first need. Every thread has its own engine, and
+// with it its own workspaces, connections, statements and transactions: nothing of the object
+// model is shared between threads. An object of the model is used on the thread whose engine
+// made it; a call from another thread raises errWrongThread and touches nothing.
 Engine& DBEngine();
 
 }  // namespace brindlewayProj::dao

@@ -22,6 +22,9 @@ enum ErrorNumber : Long {
   errObjectNotSet = 91,
   errInvalidUseOfNull = 94,
   errObjectDoesNotSupport = 438,
+  // An object used on another thread than the one it belongs to (the platform's
+  // RPC_E_WRONG_THREAD, 0x8001010E).
+  errWrongThread = static_cast<Long>(0x8001010Eu),
 };
 
 // The runtime's own text for one of its error numbers ("Overflow" for 6); an unknown

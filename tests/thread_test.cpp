@@ -1,0 +1,140 @@
+// Threads: every thread has its own engine, so objects on different threads share nothing but
+// the store file. Eight threads selling at once lose and duplicate no order; an object called
+// from another thread than its own refuses the call and stays usable on its own.
+#include <atomic>
+#include <set>
+#include <thread>
+
+#include <brindleway/dispatch.h>
+
+#include "server/class_factory.h"
+#include "tests/support/shop_fixture.h"
+
+namespace brindlewayProj::testing {
+namespace {
+
+constexpr int kThreads = 8;
+constexpr int kSalesPerThread = 12;
+const String kLocked = "Could not update; currently locked.";
+
+// What one thread saw: the orders it was told were stored, and every answer it did not expect.
+struct Seller {
+  std::vector<Long> orders;
+  std::vector<String> surprises;
+  int lockConflicts = 0;
+};
+
+// Sales of one customer through an object of the thread's own, each checked by the readers.
+void Sell(Long customer, Seller& seller) {
+  brindleway shop;
+  String msg;
+  auto expect = [&](bool ok, const String& what) {
+    if (!ok) seller.surprises.push_back(what + ": " + msg);
+  };
+  // A write refused by a lock conflict is a valid answer under contention; any other -1 is not.
+  auto wrote = [&](Integer status, const String& what) {
+    if (status < 0 && msg.ends_with(kLocked)) ++seller.lockConflicts;
+    expect(status >= 0 || msg.ends_with(kLocked), what);
+    return status >= 0;
+  };
+  for (int sale = 0; sale < kSalesPerThread; ++sale) {
+    Long order = 0, tea = 7, mug = 8, two = 2, buyer = customer;
+    Variant date = DateSerial(2026, 11, 1 + sale), none, open = Integer(0);
+    if (!wrote(shop.StartNewOrder(msg, order, buyer, date, none, open), "StartNewOrder")) continue;
+    seller.orders.push_back(order);
+    wrote(shop.ProductToBuy(msg, order, tea, two), "ProductToBuy");
+    wrote(shop.ProductToBuy(msg, order, mug, two), "ProductToBuy");
+    auto names = std::make_shared<Collection>();
+    Integer found = shop.BasketList(msg, names, order);
+    expect(found >= 0 && found <= 2, "BasketList");
+    Long quantity = 0;
+    Integer rows = shop.QuantityOrdered(msg, quantity, order, tea);
+    expect(rows == 0 || (rows == 1 && quantity == 2), "QuantityOrdered");
+    if (sale % 3 == 2) {
+      Date delivered = DateSerial(2026, 12, 1);
+      Integer shipped = 1;
+      wrote(shop.BuyAnOrder(msg, order, delivered, shipped), "BuyAnOrder");
+    }
+    if (sale % 4 == 3 && wrote(shop.DeleteAnOrder(msg, order), "DeleteAnOrder")) {
+      seller.orders.pop_back();
+    }
+  }
+  auto lines = std::make_shared<Collection>();
+  String separator;
+  Long buyer = customer;
+  Integer listed = shop.ListOfOrders(msg, lines, separator, buyer);
+  expect(listed == static_cast<Integer>(seller.orders.size()), "ListOfOrders");
+}
+
+TEST(ThreadTest, EightThreadsSellingAtOnceLoseAndDuplicateNoOrder) {
+  TempDir dir;
+  auto store = MakeStore(dir, false);
+  sqlite3* db = nullptr;
+  sqlite3_open(store.c_str(), &db);
+  std::string customers = "INSERT INTO Products VALUES (7, 'Tea', 'Leafco', 4.5), (8, 'Mug', 'Clay', 9);";
+  for (int i = 1; i <= kThreads; ++i) {
+    customers += "INSERT INTO Customers VALUES (" + std::to_string(100 + i) + ", 'C', 'D');";
+  }
+  ASSERT_EQ(sqlite3_exec(db, customers.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+  platform::App::SetPath(dir.path().string());
+  std::vector<Seller> sellers(kThreads);
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < kThreads; ++i) threads.emplace_back(Sell, 101 + i, std::ref(sellers[i]));
+  }
+  platform::App::SetPath("");
+  std::set<Long> acknowledged;
+  int conflicts = 0;
+  for (int i = 0; i < kThreads; ++i) {
+    for (const auto& surprise : sellers[i].surprises) ADD_FAILURE() << "thread " << i << ": " << surprise;
+    for (Long order : sellers[i].orders) EXPECT_TRUE(acknowledged.insert(order).second) << order;
+    conflicts += sellers[i].lockConflicts;
+  }
+  // Every acknowledged order is stored once, under its customer; no other order is.
+  sqlite3_stmt* stored = nullptr;
+  sqlite3_prepare_v2(db, "SELECT OrderId, CustomerId FROM Orders", -1, &stored, nullptr);
+  std::set<Long> found;
+  while (sqlite3_step(stored) == SQLITE_ROW) found.insert(sqlite3_column_int(stored, 0));
+  sqlite3_finalize(stored);
+  sqlite3_close(db);
+  EXPECT_EQ(found, acknowledged);
+  RecordProperty("lock_conflicts", conflicts);
+}
+
+TEST(ThreadTest, ACallFromAnotherThreadIsRefusedAndTheObjectLivesOn) {
+  TempDir dir;
+  MakeStore(dir);
+  platform::App::SetPath(dir.path().string());
+  brindleway shop;
+  auto late = server::BrindlewayClassFactory().CreateInstance();
+  platform::App::SetPath("");
+  const String wrongThread =
+      "The application called an interface that was marshalled for a different thread.";
+  std::thread([&] {
+    String msg;
+    Long order = 1, customer = 1;
+    auto names = std::make_shared<Collection>();
+    EXPECT_EQ(shop.BasketList(msg, names, order), -1);
+    EXPECT_EQ(msg, "<CompError: brindleway.BasketList> " + wrongThread);
+    try {
+      shop.StartNewOrder(msg, order, customer);
+      ADD_FAILURE() << "StartNewOrder from another thread was not refused";
+    } catch (const platform::Error& failure) {
+      EXPECT_EQ(failure.Number(), platform::errWrongThread);
+    }
+    std::vector<server::Argument> arguments{{"", Variant()}, {"", Variant(Long{1})}};
+    try {
+      late->Invoke("DeleteAnOrder", arguments);
+      ADD_FAILURE() << "a late-bound call from another thread was not refused";
+    } catch (const platform::Error& failure) {
+      EXPECT_EQ(failure.Description(), wrongThread);
+    }
+  }).join();
+  String msg;
+  Long order = 1;
+  auto names = std::make_shared<Collection>();
+  EXPECT_EQ(shop.BasketList(msg, names, order), 3) << msg;
+}
+
+}  // namespace
+}  // namespace brindlewayProj::testing
