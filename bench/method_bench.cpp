@@ -1,8 +1,9 @@
 // Times each store method of the component against the raw SQLite C API doing the same work on
 // the same store: the same rows read or written, the same texts made, one transaction per
 // writing call, statements prepared once. Benchmarks are named Method/side/orders, with side
-// "component" or "raw"; stores of 1,000 and 100,000 orders, and of 1,000,000 as well when
-// BRINDLEWAY_BENCH_FULL=1. The counter "rows" is the rows found or written per call.
+// "component" or "raw", on stores of 1,000 and 100,000 orders, or of the sizes listed in
+// BRINDLEWAY_BENCH_ORDERS (e.g. "1000,100000,1000000"). The counter "rows" is the rows found
+// or written per call.
 //
 // Writing benchmarks change real rows (a write of the values a row already holds would store
 // nothing) and leave the store as they found it: an untimed upkeep between batches of calls
@@ -11,6 +12,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <span>
@@ -575,15 +578,37 @@ void RunSide(benchmark::State& state, const Method* method, bool component) {
       benchmark::Counter(static_cast<double>(rows), benchmark::Counter::kAvgIterations);
 }
 
+// The store sizes to run: BRINDLEWAY_BENCH_ORDERS, comma-separated, else 1,000 and 100,000.
+std::vector<long> StoreSizes() {
+  const char* listed = std::getenv("BRINDLEWAY_BENCH_ORDERS");
+  if (!listed || !*listed) return {1'000, 100'000};
+  std::vector<long> sizes;
+  for (std::string_view rest = listed; !rest.empty();) {
+    const std::string_view item = rest.substr(0, rest.find(','));
+    rest.remove_prefix(std::min(rest.size(), item.size() + 1));
+    long size = 0;
+    auto [end, error] = std::from_chars(item.data(), item.data() + item.size(), size);
+    if (error != std::errc() || end != item.data() + item.size() || size < 1) {
+      throw std::invalid_argument("BRINDLEWAY_BENCH_ORDERS: not a store size: " +
+                                  std::string(item));
+    }
+    sizes.push_back(size);
+  }
+  return sizes;
+}
+
 }  // namespace
 }  // namespace brindlewayProj::bench
 
 int main(int argc, char** argv) {
   using namespace brindlewayProj;
   platform::SetRegionalLocale("en_US");
-  std::vector<long> sizes{1'000, 100'000};
-  if (const char* full = std::getenv("BRINDLEWAY_BENCH_FULL"); full && std::string_view(full) == "1") {
-    sizes.push_back(1'000'000);
+  std::vector<long> sizes;
+  try {
+    sizes = bench::StoreSizes();
+  } catch (const std::invalid_argument& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return 2;
   }
   // Size by size, so that each store is opened once; the two sides of a pair run back to back.
   for (long size : sizes) {
