@@ -1,32 +1,32 @@
-// The store the benchmarks share: one order of 32767 basket rows, and a basket table of
-// 1,000,000 rows over many orders, built once per run in a temporary folder.
+// The stores the benchmarks run on: 1,000 customers, 500 products, a given number of orders and
+// 2 to 4 basket lines per order (3 on average), with the component's own schema. A store of
+// each size is generated once into a cache folder and copied for every run, so that each run
+// starts from the same rows.
 #pragma once
 
 #include <filesystem>
-#include <utility>
-#include <vector>
 
 namespace brindlewayProj::bench {
 
-inline constexpr int kBigOrder = 1;  // the order with 32767 basket rows
-inline constexpr int kBigOrderRows = 32767;
-inline constexpr int kBasketRows = 1'000'000;  // all basket rows
+inline constexpr long kCustomers = 1000;
+inline constexpr long kProducts = 500;
 
-class BenchStore {
+// The cached store of `orders` orders (ids 1 to `orders`), generated on first need. The cache
+// folder is $BRINDLEWAY_BENCH_STORES, else the build's bench/stores.
+std::filesystem::path CachedStore(long orders);
+
+// A private copy of the cached store of `orders` orders, removed with the object.
+class WorkingCopy {
  public:
-  BenchStore();
-  ~BenchStore();
+  explicit WorkingCopy(long orders);
+  ~WorkingCopy();
+  WorkingCopy(const WorkingCopy&) = delete;
+  WorkingCopy& operator=(const WorkingCopy&) = delete;
   const std::filesystem::path& File() const { return file_; }
-  // Pairs of order and product that the basket holds, in a scattered order.
-  const std::vector<std::pair<int, int>>& Pairs() const { return pairs_; }
 
  private:
   std::filesystem::path folder_;
   std::filesystem::path file_;
-  std::vector<std::pair<int, int>> pairs_;
 };
-
-// The store of this run, made on first need.
-const BenchStore& Store();
 
 }  // namespace brindlewayProj::bench
