@@ -52,7 +52,8 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type
   bool updatable = !recordset->snapshot && source.isTable && !statement.distinct;
   if (updatable) recordset->table = &source;
   recordset->firstColumn = updatable ? 1 : 0;
-  std::string sql = dialect::SelectSql(statement, updatable, session.Connection().Syntax());
+  std::string sql =
+      dialect::SelectSql(statement, updatable, session.Connection().Syntax(), &source);
   internal::WriteContext context{&session};
   auto prepared = internal::Guarded([&] { return session.Connection().Prepare(sql); }, context);
   recordset->Load(std::move(prepared), statement.parameters);

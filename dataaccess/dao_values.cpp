@@ -1,6 +1,7 @@
 // Conversions between stored values and Variants.
 #include "dataaccess/dao_values.h"
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -24,14 +25,42 @@ Variant WholeNumber(std::int64_t value, bool asInteger) {
   return Variant(static_cast<Double>(value));
 }
 
-// The Date of stored text `YYYY-MM-DD[ HH:MM[:SS]]`; empty for any other text.
-std::optional<Date> ParseStoredDate(const std::string& text) {
+// The Date of stored text `YYYY-MM-DD[ HH:MM[:SS]]`; empty for any other text. Read by hand
+// (every date field of every listed row passes here) with the rules of the C library's
+// "%4d-%2d-%2d %2d:%2d:%2d%c" scan: blanks before a number are skipped, a number has at most
+// the field's width of digits, and the text is taken when the scan fills the date alone (3),
+// the date and hour and minute (5), or all six fields with nothing behind them.
+std::optional<Date> ParseStoredDate(std::string_view text) {
   platform::CivilTime time;
-  char tail = 0;
-  int fields = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d%c", &time.year, &time.month,
-                           &time.day, &time.hour, &time.minute, &time.second, &tail);
-  if (fields != 3 && fields != 5 && fields != 6) return std::nullopt;
-  if (fields == 5) time.second = 0;
+  struct Step {
+    char separator;  // 0: none; ' ': any run of blanks, none included
+    std::size_t width;
+    int* field;
+  };
+  const Step steps[] = {{0, 4, &time.year},    {'-', 2, &time.month}, {'-', 2, &time.day},
+                        {' ', 2, &time.hour},  {':', 2, &time.minute}, {':', 2, &time.second}};
+  std::size_t pos = 0;
+  int filled = 0;
+  auto isBlank = [&] {
+    return pos < text.size() && std::isspace(static_cast<unsigned char>(text[pos]));
+  };
+  for (const Step& step : steps) {
+    if (step.separator != 0 && step.separator != ' ') {
+      if (pos >= text.size() || text[pos] != step.separator) break;
+      ++pos;
+    }
+    while (isBlank()) ++pos;
+    std::size_t start = pos;
+    int value = 0;
+    while (pos < text.size() && pos - start < step.width && text[pos] >= '0' && text[pos] <= '9') {
+      value = value * 10 + (text[pos++] - '0');
+    }
+    if (pos == start) break;
+    *step.field = value;
+    ++filled;
+  }
+  if (filled == 6 && pos < text.size()) return std::nullopt;  // something behind the seconds
+  if (filled != 3 && filled != 5 && filled != 6) return std::nullopt;
   return platform::FromCivil(time);
 }
 

@@ -1,5 +1,6 @@
 // Dates as text: the regional short date and long time, with plain blanks.
 #include <cmath>
+#include <unordered_map>
 
 #include "platform/calendar.h"
 #include <brindleway/error.h>
@@ -20,12 +21,9 @@ String PlainText(icu::UnicodeString text) {
 constexpr double kUnixEpochDay = 25569;  // 1 Jan 1970 as a day number
 constexpr double kMillisPerDay = 86400000;
 
-}  // namespace
-
-String DateText(Date value) {
+String FormattedText(Date value, const RegionalFormats& formats) {
   const auto civil = ToCivil(value);
   if (!civil) Raise(errOverflow);
-  const RegionalFormats& formats = CurrentRegionalFormats();
   CivilTime day = *civil;
   day.hour = day.minute = day.second = 0;
   const double dayNumber = FromCivil(day)->serial;
@@ -41,6 +39,24 @@ String DateText(Date value) {
     formats.longTime->format(instant, text);
   }
   return PlainText(text);
+}
+
+}  // namespace
+
+// Formatting through ICU is the dear part of listing orders, and a shop lists the same days
+// again and again: each thread keeps the texts it made for one set of formats.
+String DateText(Date value) {
+  const RegionalFormats& formats = CurrentRegionalFormats();
+  thread_local const RegionalFormats* madeWith = nullptr;
+  thread_local std::unordered_map<double, String> made;
+  if (madeWith != &formats || made.size() >= 4096) {
+    made.clear();
+    madeWith = &formats;
+  }
+  if (auto found = made.find(value.serial); found != made.end()) return found->second;
+  String text = FormattedText(value, formats);
+  made.emplace(value.serial, text);
+  return text;
 }
 
 }  // namespace brindlewayProj::platform

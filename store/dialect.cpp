@@ -133,14 +133,11 @@ class Parser {
 
   void OrderBy() {
     do {
-      if (!result_.orderBy.empty()) result_.orderBy += ", ";
-      ColumnName(result_.orderBy);
-      result_.orderBy += syntax_.CaseInsensitiveOrder();
-      if (Accept("DESC")) {
-        result_.orderBy += " DESC";
-      } else {
-        Accept("ASC");
-      }
+      std::string name = Name();
+      result_.names.push_back(name);
+      bool descending = Accept("DESC");
+      if (!descending) Accept("ASC");
+      result_.orderBy.push_back({std::move(name), descending});
     } while (AcceptSymbol(","));
   }
 
@@ -277,7 +274,22 @@ ParsedStatement ParseRecordSource(std::string_view text, const SqlSyntax& syntax
   return statement;
 }
 
-std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax) {
+namespace {
+
+bool DeclaredAsNoText(const SourceInfo* source, std::string_view column) {
+  if (!source) return false;
+  for (const ColumnInfo& info : source->columns) {
+    if (platform::EqualsIgnoringAsciiCase(info.name, column)) {
+      return info.kind != DeclaredKind::kText && info.kind != DeclaredKind::kUnknown;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax,
+                      const SourceInfo* source) {
   std::string sql = statement.distinct ? "SELECT DISTINCT " : "SELECT ";
   if (withRowId) {
     sql += syntax.RowIdentity();
@@ -294,7 +306,13 @@ std::string SelectSql(const ParsedStatement& statement, bool withRowId, const Sq
   sql += " FROM ";
   syntax.AppendQuotedName(sql, statement.source);
   if (!statement.where.empty()) sql += " WHERE " + statement.where;
-  if (!statement.orderBy.empty()) sql += " ORDER BY " + statement.orderBy;
+  for (std::size_t i = 0; i < statement.orderBy.size(); ++i) {
+    const auto& key = statement.orderBy[i];
+    sql += i ? ", " : " ORDER BY ";
+    syntax.AppendQuotedName(sql, key.name);
+    if (!DeclaredAsNoText(source, key.name)) sql += syntax.CaseInsensitiveOrder();
+    if (key.descending) sql += " DESC";
+  }
   return sql;
 }
 

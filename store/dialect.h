@@ -24,7 +24,11 @@ struct ParsedStatement {
   std::vector<std::string> columns;  // empty for `*`
   std::string source;                // the table or stored query named after From
   std::string where;                 // backend SQL of the condition; empty without one
-  std::string orderBy;               // backend SQL of the sort; empty without one
+  struct SortKey {
+    std::string name;
+    bool descending = false;
+  };
+  std::vector<SortKey> orderBy;      // the sort, first key first; empty without one
   std::vector<SqlValue> parameters;  // the literals, in placeholder order
   std::vector<std::string> names;    // every column name the text refers to
 };
@@ -38,7 +42,11 @@ ParsedStatement Parse(std::string_view text, const SqlSyntax& syntax);
 ParsedStatement ParseRecordSource(std::string_view text, const SqlSyntax& syntax);
 
 // The backend SQL of a parsed Select; `withRowId` puts the row identity in front as column 0.
-std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax);
+// Text sorts without regard to case: a sort key gets the syntax's case-insensitive ordering
+// unless `source` declares the column as no text (numbers and dates need none, and an index
+// can then serve the sort).
+std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax,
+                      const SourceInfo* source = nullptr);
 
 // The backend SQL of a parsed Delete.
 std::string DeleteSql(const ParsedStatement& statement, const SqlSyntax& syntax);
