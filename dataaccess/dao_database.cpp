@@ -24,8 +24,12 @@ const store::SourceInfo& CheckNames(internal::Session& session,
   if (!source) throw store::TableNotFound(statement.source);
   std::vector<std::string_view> unknown;
   for (const auto& name : statement.names) {
-    auto known = [&](const store::ColumnInfo& column) { return platform::EqualsIgnoringAsciiCase(column.name, name); };
-    auto seen = [&](std::string_view other) { return platform::EqualsIgnoringAsciiCase(other, name); };
+    auto known = [&](const store::ColumnInfo& column) {
+      return platform::EqualsIgnoringAsciiCase(column.name, name);
+    };
+    auto seen = [&](std::string_view other) {
+      return platform::EqualsIgnoringAsciiCase(other, name);
+    };
     if (std::none_of(source->columns.begin(), source->columns.end(), known) &&
         std::none_of(unknown.begin(), unknown.end(), seen)) {
       unknown.push_back(name);
@@ -35,19 +39,15 @@ const store::SourceInfo& CheckNames(internal::Session& session,
   return *source;
 }
 
-}  // namespace
-
-Database::Database(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
-
-Database::~Database() = default;
-
-std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type) {
-  auto& session = OpenSession(*impl_);
-  if (type != dbOpenDynaset && type != dbOpenSnapshot) throw store::InvalidArgument();
+// Opens `name` as a recordset of `type` on the database's session.
+std::shared_ptr<Recordset> OpenOn(const std::shared_ptr<internal::Session>& shared,
+                                  const String& name, Long type) {
+  internal::Session& session = *shared;
   auto statement = dialect::ParseRecordSource(name, session.Connection().Syntax());
   const auto& source = CheckNames(session, statement);
   auto recordset = std::make_shared<Recordset::Impl>();
-  recordset->session = impl_->session;
+  recordset->session = shared;
+  recordset->source = name;
   recordset->snapshot = type == dbOpenSnapshot;
   bool updatable = !recordset->snapshot && source.isTable && !statement.distinct;
   if (updatable) recordset->table = &source;
@@ -60,9 +60,8 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type
   return std::make_shared<Recordset>(std::move(recordset));
 }
 
-void Database::Execute(const String& query, Long /*options*/) {
-  auto& session = OpenSession(*impl_);
-  impl_->recordsAffected = 0;
+// Runs the Delete statement `query` all or nothing and answers the rows it deleted.
+long long DeleteOn(internal::Session& session, const String& query) {
   auto statement = dialect::Parse(query, session.Connection().Syntax());
   if (statement.kind != dialect::StatementKind::kDelete) throw store::CannotExecuteSelect();
   const auto& source = CheckNames(session, statement);
@@ -70,14 +69,32 @@ void Database::Execute(const String& query, Long /*options*/) {
   internal::WriteContext context{&session, &source};
   context.deleting = true;
   // One statement is atomic in the backend: all of its rows go, or none.
-  long long changed = internal::Guarded(
+  return internal::Guarded(
       [&] {
         auto& connection = session.Connection();
         return connection.Execute(dialect::DeleteSql(statement, connection.Syntax()),
                                   statement.parameters);
       },
       context);
-  impl_->recordsAffected = static_cast<Long>(changed);
+}
+
+}  // namespace
+
+Database::Database(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+Database::~Database() = default;
+
+std::shared_ptr<Recordset> Database::OpenRecordset(const String& name, Long type) {
+  OpenSession(*impl_);
+  if (type != dbOpenDynaset && type != dbOpenSnapshot) throw store::InvalidArgument();
+  return internal::WithQuery(name, [&] { return OpenOn(impl_->session, name, type); });
+}
+
+void Database::Execute(const String& query, Long /*options*/) {
+  auto& session = OpenSession(*impl_);
+  impl_->recordsAffected = 0;
+  impl_->recordsAffected =
+      static_cast<Long>(internal::WithQuery(query, [&] { return DeleteOn(session, query); }));
 }
 
 Long Database::RecordsAffected() const {

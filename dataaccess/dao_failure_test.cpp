@@ -151,8 +151,16 @@ TEST_F(StoreTest, AWriterElsewhereFailsTheFirstStatementOfTheTransaction) {
   sqlite3_open(file_.c_str(), &other);
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   Workspace().BeginTrans();
-  EXPECT_STORE_ERROR(Db().OpenRecordset("Orders"), store::errLocked,
-                     "Could not update; currently locked.");
+  try {
+    Db().OpenRecordset("Orders");
+    ADD_FAILURE() << "no lock conflict";
+  } catch (const platform::Error& failure) {  // the store's words, and the engine's beside them
+    EXPECT_EQ(failure.Number(), store::errLocked);
+    EXPECT_EQ(failure.Description(), "Could not update; currently locked.");
+    EXPECT_EQ(failure.Context().query, "Orders");
+    EXPECT_EQ(failure.Context().engineCode, SQLITE_BUSY);
+    EXPECT_EQ(failure.Context().engineMessage, "database is locked");
+  }
   Workspace().Rollback();
   sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
   sqlite3_close(other);

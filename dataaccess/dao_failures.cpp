@@ -29,9 +29,8 @@ std::string MissingParent(const WriteContext& context) {
   return keys.front().parentTable;
 }
 
-}  // namespace
-
-platform::Error Translate(const store::BackendError& failure, const WriteContext& context) {
+// The store's error of a backend failure, without context.
+platform::Error InStoreWords(const store::BackendError& failure, const WriteContext& context) {
   switch (failure.Kind()) {
     case store::FailureKind::kBusy:
       return store::Locked();
@@ -53,6 +52,14 @@ platform::Error Translate(const store::BackendError& failure, const WriteContext
     default:
       return store::EngineFailure(failure.what());
   }
+}
+
+}  // namespace
+
+platform::Error Translate(const store::BackendError& failure, const WriteContext& context) {
+  platform::Error error = InStoreWords(failure, context);
+  return platform::Error(error.Number(), error.Description(),
+                         {String(), static_cast<Long>(failure.EngineCode()), failure.what()});
 }
 
 }  // namespace brindlewayProj::dao::internal

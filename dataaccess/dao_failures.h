@@ -19,6 +19,7 @@ struct WriteContext {
   bool deleting = false;
 };
 
+// The store's error of a backend failure, keeping the engine's own code and message.
 platform::Error Translate(const store::BackendError& failure, const WriteContext& context = {});
 
 // Runs `call`, turning a BackendError into the store's platform::Error.
@@ -28,6 +29,17 @@ auto Guarded(Call&& call, const WriteContext& context = {}) -> decltype(call()) 
     return call();
   } catch (const store::BackendError& failure) {
     throw Translate(failure, context);
+  }
+}
+
+// Runs `call`; a failure leaving it names `query` as the text that failed.
+template <class Call>
+auto WithQuery(const String& query, Call&& call) -> decltype(call()) {
+  try {
+    return call();
+  } catch (platform::Error& failure) {
+    failure.SetQuery(query);
+    throw;
   }
 }
 

@@ -31,6 +31,7 @@ struct Recordset::Impl {
   enum class EditMode { kNone, kEdit, kAddNew };
 
   std::shared_ptr<internal::Session> session;  // nullptr once closed
+  String source;  // the query text or table name it was opened on, for failures
   std::shared_ptr<store::Statement> cursor;     // a dynaset's rows not read yet; null when all are
   std::shared_ptr<const std::vector<store::ColumnInfo>> statementColumns;
   std::size_t firstColumn = 0;  // 1 when the statement's column 0 is the row id

@@ -75,31 +75,35 @@ store::RowId StoreNewRow(Recordset::Impl& impl, const internal::WriteContext& co
 }  // namespace
 
 void Recordset::Edit() {
-  CheckUpdatable(*impl_);
-  if (Eof() || Bof()) throw store::NoCurrentRecord();
-  auto row = static_cast<std::size_t>(impl_->position);
-  auto current = ReadRow(*impl_, impl_->rowIds[row]);
-  if (!current) throw store::RecordDeleted();
-  std::copy(current->begin(), current->end(), impl_->values.begin() + row * impl_->width);
-  impl_->original = *current;
-  impl_->buffer = std::move(*current);
-  BeginEdit(*impl_, EditMode::kEdit);
+  internal::WithQuery(impl_->source, [&] {
+    CheckUpdatable(*impl_);
+    if (Eof() || Bof()) throw store::NoCurrentRecord();
+    auto row = static_cast<std::size_t>(impl_->position);
+    auto current = ReadRow(*impl_, impl_->rowIds[row]);
+    if (!current) throw store::RecordDeleted();
+    std::copy(current->begin(), current->end(), impl_->values.begin() + row * impl_->width);
+    impl_->original = *current;
+    impl_->buffer = std::move(*current);
+    BeginEdit(*impl_, EditMode::kEdit);
+  });
 }
 
 void Recordset::AddNew() {
-  CheckUpdatable(*impl_);
-  impl_->DropEdit();
-  impl_->buffer.assign(impl_->width, store::SqlValue{});
-  BeginEdit(*impl_, EditMode::kAddNew);
-  const auto& table = *impl_->table;
-  if (table.integerKey.empty()) return;
-  for (std::size_t i = 0; i < impl_->width; ++i) {
-    if (!platform::EqualsIgnoringAsciiCase(impl_->Column(i).name, table.integerKey)) continue;
-    internal::WriteContext context{impl_->session.get(), &table};
-    impl_->buffer[i] =
-        internal::Guarded([&] { return impl_->session->Connection().ReserveKey(table); }, context);
-    impl_->changed[i] = true;
-  }
+  internal::WithQuery(impl_->source, [&] {
+    CheckUpdatable(*impl_);
+    impl_->DropEdit();
+    impl_->buffer.assign(impl_->width, store::SqlValue{});
+    BeginEdit(*impl_, EditMode::kAddNew);
+    const auto& table = *impl_->table;
+    if (table.integerKey.empty()) return;
+    for (std::size_t i = 0; i < impl_->width; ++i) {
+      if (!platform::EqualsIgnoringAsciiCase(impl_->Column(i).name, table.integerKey)) continue;
+      internal::WriteContext context{impl_->session.get(), &table};
+      impl_->buffer[i] =
+          internal::Guarded([&] { return impl_->session->Connection().ReserveKey(table); }, context);
+      impl_->changed[i] = true;
+    }
+  });
 }
 
 void Recordset::Collect(const String& name, const Variant& value) {
@@ -111,34 +115,36 @@ void Recordset::Collect(const String& name, const Variant& value) {
 }
 
 void Recordset::Update(Long /*updateType*/, bool force) {
-  impl_->CheckOpen();
-  if (impl_->mode == EditMode::kNone) throw store::UpdateWithoutEdit();
-  if (impl_->editGeneration != impl_->session->Generation()) {
-    impl_->DropEdit();  // its transaction was rolled back, and the edit with it
-    throw store::UpdateWithoutEdit();
-  }
-  std::vector<store::ColumnInfo> columns(impl_->statementColumns->begin() + impl_->firstColumn,
-                                         impl_->statementColumns->end());
-  internal::WriteContext context{impl_->session.get(), impl_->table, &columns, &impl_->buffer};
-  if (impl_->mode == EditMode::kEdit) {
-    if (StoreEdit(*impl_, force, context) == 0) throw store::WriteConflict();
-    auto row = static_cast<std::size_t>(impl_->position);
-    std::copy(impl_->buffer.begin(), impl_->buffer.end(),
-              impl_->values.begin() + row * impl_->width);
-  } else {
-    store::RowId rowId = StoreNewRow(*impl_, context);
-    auto stored = ReadRow(*impl_, rowId);
-    const auto& row = stored ? *stored : impl_->buffer;
-    impl_->values.insert(impl_->values.end(), row.begin(), row.end());
-    impl_->rowIds.push_back(rowId);
-    if (impl_->cursor) impl_->added.push_back(rowId);
-    ++impl_->rowCount;
-    ++impl_->reached;
-    if (impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount) - 1) {
-      impl_->position = static_cast<std::ptrdiff_t>(impl_->rowCount) - 1;
+  internal::WithQuery(impl_->source, [&] {
+    impl_->CheckOpen();
+    if (impl_->mode == EditMode::kNone) throw store::UpdateWithoutEdit();
+    if (impl_->editGeneration != impl_->session->Generation()) {
+      impl_->DropEdit();  // its transaction was rolled back, and the edit with it
+      throw store::UpdateWithoutEdit();
     }
-  }
-  impl_->DropEdit();
+    std::vector<store::ColumnInfo> columns(impl_->statementColumns->begin() + impl_->firstColumn,
+                                           impl_->statementColumns->end());
+    internal::WriteContext context{impl_->session.get(), impl_->table, &columns, &impl_->buffer};
+    if (impl_->mode == EditMode::kEdit) {
+      if (StoreEdit(*impl_, force, context) == 0) throw store::WriteConflict();
+      auto row = static_cast<std::size_t>(impl_->position);
+      std::copy(impl_->buffer.begin(), impl_->buffer.end(),
+                impl_->values.begin() + row * impl_->width);
+    } else {
+      store::RowId rowId = StoreNewRow(*impl_, context);
+      auto stored = ReadRow(*impl_, rowId);
+      const auto& row = stored ? *stored : impl_->buffer;
+      impl_->values.insert(impl_->values.end(), row.begin(), row.end());
+      impl_->rowIds.push_back(rowId);
+      if (impl_->cursor) impl_->added.push_back(rowId);
+      ++impl_->rowCount;
+      ++impl_->reached;
+      if (impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount) - 1) {
+        impl_->position = static_cast<std::ptrdiff_t>(impl_->rowCount) - 1;
+      }
+    }
+    impl_->DropEdit();
+  });
 }
 
 }  // namespace brindlewayProj::dao

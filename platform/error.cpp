@@ -23,8 +23,15 @@ String RuntimeErrorText(Long number) {
   }
 }
 
-Error::Error(Long number, const String& description)
-    : std::runtime_error(description), number_(number), description_(description) {}
+Error::Error(Long number, const String& description, FailureContext context)
+    : std::runtime_error(description),
+      number_(number),
+      description_(description),
+      context_(std::move(context)) {}
+
+void Error::SetQuery(const String& query) {
+  if (context_.query.empty()) context_.query = query;
+}
 
 Error::Error(Long number) : Error(number, RuntimeErrorText(number)) {}
 
@@ -35,11 +42,13 @@ void Raise(Long number, const String& description) { throw Error(number, descrip
 void ErrObject::Clear() {
   Number = 0;
   Description.clear();
+  Context = {};
 }
 
 void ErrObject::Set(const Error& failure) {
   Number = failure.Number();
   Description = failure.Description();
+  Context = failure.Context();
 }
 
 ErrObject& Err() {

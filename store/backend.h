@@ -65,14 +65,21 @@ enum class FailureKind {
 
 class BackendError : public std::runtime_error {
  public:
-  BackendError(FailureKind kind, const std::string& message, std::string detail = {})
-      : std::runtime_error(message), kind_(kind), detail_(std::move(detail)) {}
+  // `message` and `engineCode` are the engine's own; `detail` what the kind needs (a column).
+  BackendError(FailureKind kind, const std::string& message, std::string detail = {},
+               int engineCode = 0)
+      : std::runtime_error(message),
+        kind_(kind),
+        detail_(std::move(detail)),
+        engineCode_(engineCode) {}
   FailureKind Kind() const { return kind_; }
   const std::string& Detail() const { return detail_; }
+  int EngineCode() const { return engineCode_; }
 
  private:
   FailureKind kind_;
   std::string detail_;
+  int engineCode_;
 };
 
 // How an engine spells what differs between engines, for the dialect's translation.

@@ -32,16 +32,29 @@ enum ErrorNumber : Long {
 String RuntimeErrorText(Long number);
 
 // A failure as the runtime raises it: a number and a description.
+// Where a store failure came from, beside its number and description: the query text that
+// failed, and the storage engine's own code and message. Empty for the runtime's own failures
+// and for what the object model refuses before the engine is asked.
+struct FailureContext {
+  String query;
+  Long engineCode = 0;
+  String engineMessage;
+};
+
 class Error : public std::runtime_error {
  public:
-  Error(Long number, const String& description);
+  Error(Long number, const String& description, FailureContext context = {});
   explicit Error(Long number);  // with the runtime's own text
   Long Number() const { return number_; }
   const String& Description() const { return description_; }
+  const FailureContext& Context() const { return context_; }
+  // Names the query text that failed, unless a query is named already.
+  void SetQuery(const String& query);
 
  private:
   Long number_;
   String description_;
+  FailureContext context_;
 };
 
 [[noreturn]] void Raise(Long number);
@@ -52,6 +65,7 @@ class Error : public std::runtime_error {
 struct ErrObject {
   Long Number = 0;
   String Description;
+  FailureContext Context;
   void Clear();
   void Set(const Error& failure);
 };

@@ -36,7 +36,7 @@ SqliteConnection::SqliteConnection(const std::filesystem::path& file) {
       sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   if (code != SQLITE_OK) {
     sqlite3_close_v2(db_);
-    throw BackendError(KindOf(code), sqlite3_errstr(code));
+    throw BackendError(KindOf(code), sqlite3_errstr(code), {}, code);
   }
   sqlite3_extended_result_codes(db_, 1);
   sqlite3_busy_timeout(db_, kBusyTimeoutMilliseconds);

@@ -39,7 +39,7 @@ void Fail(sqlite3* db, int code) {
   if (code == SQLITE_CONSTRAINT_NOTNULL) {  // "NOT NULL constraint failed: Table.Column"
     detail = message.substr(message.find_last_of(".:") + 1);
   }
-  throw BackendError(KindOf(code), message, detail);
+  throw BackendError(KindOf(code), message, detail, code);
 }
 
 }  // namespace brindlewayProj::store::sqlite
