@@ -96,6 +96,10 @@ class Parser {
   void ExpectSymbol(std::string_view symbol) {
     if (!AcceptSymbol(symbol)) Fail();
   }
+  // One more level of parentheses or Not; past kMaxNesting the text is refused.
+  void Deeper() {
+    if (++depth_ > kMaxNesting) Fail();
+  }
 
   bool AtName() const {
     return Peek().kind == TokenKind::kName ||
@@ -162,7 +166,9 @@ class Parser {
   void Negation(std::string& sql) {
     if (Accept("NOT")) {
       sql += "NOT ";
+      Deeper();
       Negation(sql);
+      --depth_;
     } else {
       Predicate(sql);
     }
@@ -203,7 +209,9 @@ class Parser {
   void Operand(std::string& sql) {
     if (AcceptSymbol("(")) {
       sql += '(';
+      Deeper();
       Expression(sql);
+      --depth_;
       ExpectSymbol(")");
       sql += ')';
     } else if (Peek().kind == TokenKind::kLiteral) {
@@ -239,6 +247,7 @@ class Parser {
   std::vector<Token> tokens_;
   std::size_t position_ = 0;
   std::size_t clauseStart_ = 0;
+  int depth_ = 0;  // parentheses and Not open around the current point
   ParsedStatement result_;
 };
 
