@@ -1,4 +1,5 @@
 // Basket changes, the basket table and the product lookups against a real store file.
+#include "store/dialect.h"
 #include "tests/support/shop_fixture.h"
 
 namespace brindlewayProj::testing {
@@ -97,6 +98,44 @@ TEST_F(BasketChangesTest, LookupsReadTheFirstRowAsStored) {
     EXPECT_LE(status, 0) << msg_;
     EXPECT_EQ(msg_.rfind(status < 0 ? "<CompError: " : "<CompWarning: ", 0), 0u) << msg_;
     EXPECT_EQ(name + std::to_string(quantity), "kept-1");
+  }
+}
+
+// A name that nests parentheses and Not deeper than the parser allows is refused as any other
+// syntax error, however deep it goes; up to the limit the store runs the query. The query's
+// own "( [ProductName] = ..." is one level.
+TEST_F(BasketChangesTest, DeepNestingInANameIsASyntaxErrorNotACrash) {
+  const auto repeat = [](std::string_view piece, int count) {
+    String text;
+    for (int i = 0; i < count; ++i) text += piece;
+    return text;
+  };
+  const int limit = store::dialect::kMaxNesting;
+  const struct Case {
+    std::string_view open, close;
+    int count;
+    bool refused;
+  } cases[] = {
+      {"(", ")", limit - 1, false}, {"Not (", ")", (limit - 1) / 2, false},
+      {"(", ")", limit, true},      {"Not (", ")", limit / 2, true},
+      {"(", ")", 20'000, true},     {"Not ", "", 100'000, true},
+  };
+  for (const Case& c : cases) {
+    String product = "x\" Or " + repeat(c.open, c.count) + "\"1\" = \"1\"" +
+                     repeat(c.close, c.count) + " Or \"1";
+    String name = "kept";
+    Long quantity = -1;
+    const Integer status = shop_->LookupOrderedProduct(msg_, name, quantity, product);
+    if (c.refused) {
+      const String clause = "( [ProductName] = \"" + product + "\" )";
+      const String expected =
+          "<CompError: brindleway.LookupOrderedProduct> Syntax error in query expression '" +
+          clause + "'.";
+      EXPECT_EQ(status, -1) << c.open << " x" << c.count;
+      EXPECT_TRUE(msg_ == expected) << c.open << " x" << c.count << ": " << msg_.substr(0, 200);
+    } else {
+      EXPECT_GT(status, 0) << c.open << " x" << c.count << ": " << msg_;
+    }
   }
 }
 

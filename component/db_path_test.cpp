@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "component/brindleway_test_access.h"
+#include <brindleway/error.h>
 #include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
@@ -67,6 +68,24 @@ INSTANTIATE_TEST_SUITE_P(
         IniCase{"ForwardSlashesAreRelative", "[brindleway]\nDbPath=/srv/x.mdb\n",
                 "{app}\\/srv/x.mdb"}),
     [](const ::testing::TestParamInfo<IniCase>& info) { return String(info.param.name); });
+
+// An ini file that opens but cannot be read is no empty file: the creation fails with the
+// read error, before any connection and without a message box.
+TEST(ReadDbPathFailureTest, UnreadableIniFileFailsTheCreation) {
+  if (!std::filesystem::exists("/proc/self/mem")) GTEST_SKIP() << "no /proc";
+  testing::TempDir dir;
+  testing::MessageBoxRecorder boxes;
+  platform::App::SetPath(dir.path().string());
+  std::filesystem::create_symlink("/proc/self/mem", dir / "brindlewayProj.ini");
+  try {
+    brindleway object;
+    ADD_FAILURE() << "created on " << BrindlewayTestAccess::DbFileName(object);
+  } catch (const platform::Error& failure) {
+    EXPECT_EQ(failure.Number(), platform::errPathFileAccess);
+  }
+  platform::App::SetPath("");
+  EXPECT_TRUE(boxes.shown().empty());
+}
 
 }  // namespace
 }  // namespace brindlewayProj

@@ -1,4 +1,5 @@
-// Line-by-line reading of a text file with LF, CR LF or CR line ends.
+// Line-by-line reading of a text file with LF, CR LF or CR line ends. Reads through stdio so
+// that a failed read (ferror) is told apart from the end of the file (feof).
 #include "platform/text_file.h"
 
 #include <filesystem>
@@ -15,25 +16,36 @@ TextFile::TextFile(const String& path) {
   const auto status = std::filesystem::status(host, error);
   if (!std::filesystem::exists(status)) Raise(errFileNotFound);
   if (!std::filesystem::is_regular_file(status)) Raise(errPathFileAccess);
-  stream_.open(host, std::ios::in | std::ios::binary);
-  if (!stream_.is_open()) Raise(errPathFileAccess);
+  // "e": the descriptor is not inherited by programs the host starts meanwhile.
+  file_.reset(std::fopen(host.c_str(), "rbe"));
+  if (!file_) Raise(errPathFileAccess);
 }
 
-bool TextFile::Eof() { return stream_.peek() == std::ifstream::traits_type::eof(); }
+int TextFile::Next() {
+  const int c = std::getc(file_.get());
+  if (c == EOF && std::ferror(file_.get())) Raise(errPathFileAccess);
+  return c;
+}
+
+bool TextFile::Eof() {
+  const int c = Next();
+  if (c == EOF) return true;
+  std::ungetc(c, file_.get());
+  return false;
+}
 
 String TextFile::LineInput() {
-  using Traits = std::ifstream::traits_type;
   if (Eof()) Raise(errInputPastEndOfFile);
   String line;
-  for (auto c = stream_.get(); c != Traits::eof(); c = stream_.get()) {
+  for (int c = Next(); c != EOF; c = Next()) {
     if (c == '\n') break;
     if (c == '\r') {
-      if (stream_.peek() == '\n') stream_.get();
+      const int next = Next();
+      if (next != '\n' && next != EOF) std::ungetc(next, file_.get());
       break;
     }
-    line.push_back(Traits::to_char_type(c));
+    line.push_back(static_cast<char>(c));
   }
-  if (stream_.bad()) Raise(errPathFileAccess);
   return line;
 }
 

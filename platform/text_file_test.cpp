@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <fstream>
+#include <functional>
+#include <string_view>
 #include <vector>
 
 #include <brindleway/error.h>
@@ -52,6 +56,24 @@ TEST(TextFileTest, Failures) {
   TextFile file(folder + "\\one.txt");
   file.LineInput();
   expectFailure(errInputPastEndOfFile, [&] { file.LineInput(); });
+
+  // A read that fails part-way, as on a failing disk, is no end of file.
+  cookie_io_functions_t failing{};
+  failing.read = [](void* cookie, char* buffer, size_t size) -> ssize_t {
+    auto& rest = *static_cast<std::string_view*>(cookie);
+    if (rest.empty()) {
+      errno = EIO;
+      return -1;
+    }
+    const size_t count = rest.copy(buffer, size);
+    rest.remove_prefix(count);
+    return static_cast<ssize_t>(count);
+  };
+  std::string_view content = "[brindleway]\nDbPa";
+  TextFile broken = TextFile::FromStreamForTesting(fopencookie(&content, "r", failing));
+  EXPECT_EQ(broken.LineInput(), "[brindleway]");
+  expectFailure(errPathFileAccess, [&] { broken.LineInput(); });
+  expectFailure(errPathFileAccess, [&] { broken.Eof(); });
 }
 
 }  // namespace

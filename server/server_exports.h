@@ -1,5 +1,5 @@
-// The four entry points of the server file, with C linkage, as clients and the registration
-// tool find them by name in brindlewayProj.so.
+// The entry points of the server file, with C linkage, as clients and the registration tool
+// find them by name in brindlewayProj.so: the four of an in-process server, and its version.
 #pragma once
 
 #include <cstdint>
@@ -14,6 +14,19 @@ inline constexpr HResult kFalse = 1;
 inline constexpr HResult kPointerError = static_cast<HResult>(0x80004003u);
 inline constexpr HResult kClassNotAvailable = static_cast<HResult>(0x80040111u);
 inline constexpr HResult kRegistrationFailed = static_cast<HResult>(0x80040201u);
+
+// What the server file tells of itself: its version and names, as installers and file
+// managers show them. Plain C layout; `size` lets a client check for fields added later.
+struct VersionInfo {
+  std::uint32_t size;            // sizeof(VersionInfo)
+  std::uint16_t fileVersion[4];  // major, minor, patch, tweak: 1, 0, 0, 0
+  std::uint16_t productVersion[4];
+  const char* fileVersionText;  // as shown: "1.00"
+  const char* productVersionText;
+  const char* productName;  // "brindlewayProj"
+  const char* internalName;
+  const char* fileName;  // "brindlewayProj.so"
+};
 }  // namespace brindlewayProj::server
 
 extern "C" {
@@ -28,6 +41,8 @@ brindlewayProj::server::HResult DllGetClassObject(const char* classGuid,
 brindlewayProj::server::HResult DllRegisterServer();
 // Takes this server's entries out of the registry; kRegistrationFailed as above.
 brindlewayProj::server::HResult DllUnregisterServer();
+// The version block of this file; it stays valid while the file is loaded.
+const brindlewayProj::server::VersionInfo* DllGetVersionInfo();
 }
 
 // The entry points' types, for clients that look them up with dlsym.
@@ -36,4 +51,5 @@ using DllCanUnloadNowFn = decltype(&DllCanUnloadNow);
 using DllGetClassObjectFn = decltype(&DllGetClassObject);
 using DllRegisterServerFn = decltype(&DllRegisterServer);
 using DllUnregisterServerFn = decltype(&DllUnregisterServer);
+using DllGetVersionInfoFn = decltype(&DllGetVersionInfo);
 }  // namespace brindlewayProj::server

@@ -98,6 +98,10 @@ class Parser {
   void ExpectSymbol(std::string_view symbol) {
     if (!AcceptSymbol(symbol)) Fail();
   }
+  // One more level of parentheses or Not; past kMaxNesting the text is refused.
+  void Deeper() {
+    if (++depth_ > kMaxNesting) Fail();
+  }
 
   bool AtName() const {
     return Peek().kind == TokenKind::kName ||
@@ -161,7 +165,9 @@ class Parser {
   void Negation(std::string& sql) {
     if (Accept("NOT")) {
       sql += "NOT ";
+      Deeper();
       Negation(sql);
+      --depth_;
     } else {
       Predicate(sql);
     }
@@ -205,7 +211,9 @@ class Parser {
   void Operand(std::string& sql) {
     if (AcceptSymbol("(")) {
       sql += '(';
+      Deeper();
       Expression(sql);
+      --depth_;
       ExpectSymbol(")");
       sql += ')';
     } else if (Peek().kind == TokenKind::kLiteral) {
@@ -242,6 +250,7 @@ class Parser {
   std::vector<Token> tokens_;
   std::size_t position_ = 0;
   std::size_t clauseStart_ = 0;
+  int depth_ = 0;  // parentheses and Not open around the current point
   ParsedStatement result_;
 };
 

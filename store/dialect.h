@@ -33,8 +33,15 @@ struct ParsedStatement {
   std::vector<std::string> names;    // every column name the text refers to
 };
 
-// Parses a Select or Delete text. Anything outside the dialect raises 3075 quoting the text
-// from the clause that failed (3131 for the From clause).
+// How deep parentheses and Not may nest, counted together. The parser recurses for each
+// level (a level of parentheses costs 0.4 to 0.6 KiB of stack optimised, 1.7 KiB under
+// AddressSanitizer), so deeper text is refused before it can exhaust a small thread stack.
+// SQLite's own parser gives up at about 90 levels of plain nesting anyway.
+inline constexpr int kMaxNesting = 64;
+
+// Parses a Select or Delete text. Anything outside the dialect, nesting deeper than
+// kMaxNesting included, raises 3075 quoting the text from the clause that failed (3131 for
+// the From clause).
 ParsedStatement Parse(std::string_view text, const SqlSyntax& syntax);
 
 // Parses what OpenRecordset takes: a Select text, or else the name of a table or stored query

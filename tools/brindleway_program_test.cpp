@@ -1,4 +1,5 @@
 // The brindleway program as a script runs it: output, messages and exit codes.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -6,6 +7,7 @@
 #include <regex>
 #include <sstream>
 
+#include "server/server_exports.h"
 #include "server/type_library.h"
 #include "tests/support/test_support.h"
 #include "tools/commands.h"
@@ -131,6 +133,33 @@ TEST_F(ProgramTest, DemoWalksASaleOnAStoreItCreates) {
         "<CompInfo: brindleway.OrderDetail> Found 1 records"}) {
     EXPECT_NE(demo.out.find(message), String::npos) << message;
   }
+}
+
+// A client that knows only the file reads its version block by name; the program says the same.
+TEST_F(ProgramTest, VersionBlockOfTheServerFileAndTheProgramAgree) {
+  void* library = dlopen(BRINDLEWAY_SERVER_FILE, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << dlerror();
+  const auto versionInfo =
+      reinterpret_cast<server::DllGetVersionInfoFn>(dlsym(library, "DllGetVersionInfo"));
+  ASSERT_NE(versionInfo, nullptr) << dlerror();
+  const server::VersionInfo& info = *versionInfo();
+  EXPECT_EQ(info.size, sizeof(server::VersionInfo));
+  for (const std::uint16_t* version : {info.fileVersion, info.productVersion}) {
+    EXPECT_EQ(std::vector<int>(version, version + 4), (std::vector<int>{1, 0, 0, 0}));
+  }
+  EXPECT_STREQ(info.fileVersionText, "1.00");
+  EXPECT_STREQ(info.productVersionText, "1.00");
+  EXPECT_STREQ(info.productName, "brindlewayProj");
+  EXPECT_STREQ(info.internalName, "brindlewayProj");
+  EXPECT_STREQ(info.fileName, "brindlewayProj.so");
+  // brindlewayProj.so is the link to the versioned file.
+  EXPECT_EQ(std::filesystem::canonical(BRINDLEWAY_SERVER_FILE).filename(),
+            "brindlewayProj.so.1.0.0.0");
+  dlclose(library);
+
+  const ProgramRun version = Brindleway({"--version"});
+  EXPECT_EQ(version.exitCode, kExitOk);
+  EXPECT_EQ(version.out, "brindleway 1.00 (brindlewayProj 1.0.0.0)\n");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "server/server_exports.h"
 #include "tools/commands.h"
 
 namespace {
@@ -18,6 +19,7 @@ Commands:
   call [--store FILE] METHOD [Name=value ...]
                                 create brindlewayProj.brindleway and call one method
   demo [--store FILE]           walk through a typical sale, printing every call
+  --version                     the version of the server file this program uses
 
 'brindleway COMMAND --help' tells more. The registry is the file named by
 BRINDLEWAY_REGISTRY, else $XDG_CONFIG_HOME/brindleway/registry, else
@@ -26,6 +28,14 @@ BRINDLEWAY_REGISTRY, else $XDG_CONFIG_HOME/brindleway/registry, else
 Exit codes: 0 done; 1 the method answered status -1 or the call failed; 2 a usage
 error; 3 a file, the registry or the object could not be used.
 )";
+
+// "brindleway 1.00 (brindlewayProj 1.0.0.0)", from the version block of the loaded server.
+void PrintVersion() {
+  const brindlewayProj::server::VersionInfo& info = *DllGetVersionInfo();
+  std::cout << "brindleway " << info.productVersionText << " (" << info.productName << ' '
+            << info.productVersion[0] << '.' << info.productVersion[1] << '.'
+            << info.productVersion[2] << '.' << info.productVersion[3] << ")\n";
+}
 
 }  // namespace
 
@@ -40,6 +50,10 @@ int main(int argc, char** argv) {
   Words rest = Words(words).subspan(1);
   if (command == "--help" || command == "-h" || command == "help") {
     std::cout << kUsage;
+    return kExitOk;
+  }
+  if (command == "--version") {
+    PrintVersion();
     return kExitOk;
   }
   try {
