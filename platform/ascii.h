@@ -33,9 +33,12 @@ inline bool StartsWithIgnoringAsciiCase(std::string_view text, std::string_view 
 }
 
 inline bool ContainsIgnoringAsciiCase(std::string_view text, std::string_view word) {
-  return word.empty() || !std::ranges::search(text, word, [](char x, char y) {
-                            return AsciiLower(x) == AsciiLower(y);
-                          }).empty();
+  // Iterators rather than std::ranges::search, whose subrange result clang 14 cannot compile
+  // against libstdc++ 12.
+  return word.empty() ||
+         std::search(text.begin(), text.end(), word.begin(), word.end(), [](char x, char y) {
+           return AsciiLower(x) == AsciiLower(y);
+         }) != text.end();
 }
 
 }  // namespace brindlewayProj::platform

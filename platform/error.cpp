@@ -51,9 +51,20 @@ void ErrObject::Set(const Error& failure) {
   Context = failure.Context();
 }
 
+// A thread's failure lives as long as the thread; an object destroyed after that (one of static
+// storage, at the end of the process) gets one that outlives every thread.
 ErrObject& Err() {
-  thread_local ErrObject current;
-  return current;
+  thread_local bool gone = false;  // trivially destroyed: still readable at the thread's end
+  struct Holder {
+    ErrObject current;
+    ~Holder() { gone = true; }
+  };
+  thread_local Holder holder;
+  if (gone) {
+    static ErrObject afterThreadEnd;
+    return afterThreadEnd;
+  }
+  return holder.current;
 }
 
 }  // namespace brindlewayProj::platform
