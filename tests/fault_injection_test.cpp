@@ -3,11 +3,10 @@
 // full, I/O error and read-only. Every such call answers -1 with the method's message form and
 // the store's text, leaves the store as it was and no transaction open, and the next call
 // succeeds.
-#include <functional>
-
 #include "store/backend.h"
 #include "store/sqlite/connection.h"
 #include "tests/support/forwarding_connection.h"
+#include "tests/support/method_calls.h"
 #include "tests/support/shop_fixture.h"
 
 namespace brindlewayProj::testing {
@@ -36,111 +35,6 @@ class FaultyConnection : public ForwardingConnection {
  private:
   FaultPlan& plan_;
 };
-
-struct Method {
-  const char* name;
-  std::function<Integer(brindleway&, String&)> call;
-};
-
-std::vector<Method> Methods() {
-  auto names = [] { return std::make_shared<Collection>(); };
-  return {
-      {"StartNewOrder",
-       [](brindleway& shop, String& msg) {
-         Long order = 0, customer = 17;
-         Variant date = DateSerial(2026, 3, 1), none, open = Integer(0), text("Fresh");
-         return shop.StartNewOrder(msg, order, customer, date, none, open, text);
-       }},
-      {"ProductToBuy",
-       [](brindleway& shop, String& msg) {
-         Long order = 42, mug = 8, two = 2;
-         return shop.ProductToBuy(msg, order, mug, two);
-       }},
-      {"ModifyOrderQuantity",
-       [](brindleway& shop, String& msg) {
-         Long order = 42, tea = 7;
-         Variant five = Long(5);
-         return shop.ModifyOrderQuantity(msg, order, tea, five);
-       }},
-      {"BuyAnOrder",
-       [](brindleway& shop, String& msg) {
-         Long order = 42;
-         Date date = DateSerial(2026, 3, 9);
-         Integer shipped = 1;
-         return shop.BuyAnOrder(msg, order, date, shipped);
-       }},
-      {"RemoveFromBasket",
-       [](brindleway& shop, String& msg) {
-         Long order = 42, tea = 7;
-         return shop.RemoveFromBasket(msg, order, tea);
-       }},
-      {"DeleteAnOrder",
-       [](brindleway& shop, String& msg) {
-         Long order = 42;
-         return shop.DeleteAnOrder(msg, order);
-       }},
-      {"BasketList",
-       [=](brindleway& shop, String& msg) {
-         Long order = 42;
-         auto list = names();
-         return shop.BasketList(msg, list, order);
-       }},
-      {"GetOrderedProducts",
-       [=](brindleway& shop, String& msg) {
-         Long order = 42;
-         auto list = names();
-         return shop.GetOrderedProducts(msg, list, order);
-       }},
-      {"BasketTable",
-       [](brindleway& shop, String& msg) {
-         Long order = 42;
-         std::shared_ptr<dao::Recordset> rows;
-         return shop.BasketTable(msg, rows, order);
-       }},
-      {"LookupOrderedProduct",
-       [](brindleway& shop, String& msg) {
-         String name, wanted = "Tea";
-         Long quantity = 0;
-         return shop.LookupOrderedProduct(msg, name, quantity, wanted);
-       }},
-      {"QuantityOrdered",
-       [](brindleway& shop, String& msg) {
-         Long quantity = 0, order = 42, tea = 7;
-         return shop.QuantityOrdered(msg, quantity, order, tea);
-       }},
-      {"ListOfOrders",
-       [=](brindleway& shop, String& msg) {
-         String separator;
-         Long customer = 17;
-         auto list = names();
-         return shop.ListOfOrders(msg, list, separator, customer);
-       }},
-      {"ListOpenOrders",
-       [=](brindleway& shop, String& msg) {
-         String separator;
-         Long customer = 17;
-         Integer ignored = 0;
-         auto list = names();
-         return shop.ListOpenOrders(msg, list, separator, customer, ignored);
-       }},
-      {"ListShippedOrders",
-       [=](brindleway& shop, String& msg) {
-         String separator;
-         Long customer = 17;
-         auto list = names();
-         return shop.ListShippedOrders(msg, list, separator, customer);
-       }},
-      {"OrderDetail",
-       [](brindleway& shop, String& msg) {
-         Long customer = 0, order = 42;
-         String first, last, description;
-         Date ordered, delivered;
-         Integer delivery = 0;
-         return shop.OrderDetail(msg, customer, first, last, ordered, delivered, delivery,
-                                 description, order);
-       }},
-  };
-}
 
 struct Kind {
   FailureKind kind;
@@ -186,7 +80,8 @@ class FaultInjectionTest : public ShopTest {
 
 TEST_F(FaultInjectionTest, AFaultAtAnyStoreOperationAnswersMinusOneAndChangesNothing) {
   int faults = 0;
-  for (const Method& method : Methods()) {
+  const SaleIds ids{17, 42, 7, 8, "Tea", 42, 42};
+  for (const MethodCall& method : StoreMethodCalls(ids)) {
     for (const Kind& kind : kKinds) {
       for (int k = 1;; ++k) {
         SCOPED_TRACE(std::string(method.name) + ", " + kind.text + ", operation " +

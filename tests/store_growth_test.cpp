@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <functional>
 #include <memory>
 
 #include <brindleway/brindleway.h>
 #include <brindleway/hooks.h>
 #include "store/sqlite/statement.h"
+#include "tests/support/method_calls.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::testing {
@@ -53,112 +53,10 @@ void FillStore(const std::filesystem::path& file, int orders) {
   sqlite3_close(db);
 }
 
-struct Call {
-  const char* method;
-  std::function<Integer(brindleway&, String&)> run;
-};
+const SaleIds kIds{kCustomer, kFirstOrder, kProduct, 7, "Probe Lantern", kFirstOrder + 1,
+                   kFirstOrder + 2};
 
-std::vector<Call> Calls() {
-  auto names = [] { return std::make_shared<Collection>(); };
-  return {
-      {"StartNewOrder",
-       [](brindleway& shop, String& msg) {
-         Long order = 0, customer = kCustomer;
-         Variant date = DateSerial(2026, 8, 1), none, open = Integer(0), text("New");
-         return shop.StartNewOrder(msg, order, customer, date, none, open, text);
-       }},
-      {"ProductToBuy",
-       [](brindleway& shop, String& msg) {
-         Long order = kFirstOrder, product = 7, quantity = 3;
-         return shop.ProductToBuy(msg, order, product, quantity);
-       }},
-      {"ModifyOrderQuantity",
-       [](brindleway& shop, String& msg) {
-         Long order = kFirstOrder, product = kProduct;
-         Variant quantity = Long(4);
-         return shop.ModifyOrderQuantity(msg, order, product, quantity);
-       }},
-      {"BuyAnOrder",
-       [](brindleway& shop, String& msg) {
-         Long order = kFirstOrder + 2;
-         Date delivered = DateSerial(2026, 7, 9);
-         Integer shipped = 1;
-         return shop.BuyAnOrder(msg, order, delivered, shipped);
-       }},
-      {"BasketList",
-       [=](brindleway& shop, String& msg) {
-         Long order = kFirstOrder;
-         auto list = names();
-         return shop.BasketList(msg, list, order);
-       }},
-      {"GetOrderedProducts",
-       [=](brindleway& shop, String& msg) {
-         Long order = kFirstOrder;
-         auto list = names();
-         return shop.GetOrderedProducts(msg, list, order);
-       }},
-      {"BasketTable",
-       [](brindleway& shop, String& msg) {
-         Long order = kFirstOrder;
-         std::shared_ptr<dao::Recordset> rows;
-         return shop.BasketTable(msg, rows, order);
-       }},
-      {"LookupOrderedProduct",
-       [](brindleway& shop, String& msg) {
-         String name, wanted = "Probe Lantern";
-         Long quantity = 0;
-         return shop.LookupOrderedProduct(msg, name, quantity, wanted);
-       }},
-      {"QuantityOrdered",
-       [](brindleway& shop, String& msg) {
-         Long quantity = 0, order = kFirstOrder, product = kProduct;
-         return shop.QuantityOrdered(msg, quantity, order, product);
-       }},
-      {"ListOfOrders",
-       [=](brindleway& shop, String& msg) {
-         String separator = "; ";
-         Long customer = kCustomer;
-         auto list = names();
-         return shop.ListOfOrders(msg, list, separator, customer);
-       }},
-      {"ListOpenOrders",
-       [=](brindleway& shop, String& msg) {
-         String separator = "; ";
-         Long customer = kCustomer;
-         Integer ignored = 0;
-         auto list = names();
-         return shop.ListOpenOrders(msg, list, separator, customer, ignored);
-       }},
-      {"ListShippedOrders",
-       [=](brindleway& shop, String& msg) {
-         String separator = "; ";
-         Long customer = kCustomer;
-         auto list = names();
-         return shop.ListShippedOrders(msg, list, separator, customer);
-       }},
-      {"OrderDetail",
-       [](brindleway& shop, String& msg) {
-         Long customer = 0, order = kFirstOrder;
-         String first, last, description;
-         Date ordered, delivered;
-         Integer delivery = 0;
-         return shop.OrderDetail(msg, customer, first, last, ordered, delivered, delivery,
-                                 description, order);
-       }},
-      {"RemoveFromBasket",
-       [](brindleway& shop, String& msg) {
-         Long order = kFirstOrder + 1, product = kProduct;
-         return shop.RemoveFromBasket(msg, order, product);
-       }},
-      {"DeleteAnOrder",
-       [](brindleway& shop, String& msg) {
-         Long order = kFirstOrder + 2;
-         return shop.DeleteAnOrder(msg, order);
-       }},
-  };
-}
-
-// The steps of each call, in the order of Calls(), on a fresh store of `orders` orders.
+// The steps of each call, in the order of StoreMethodCalls, on a fresh store of `orders` orders.
 std::vector<std::uint64_t> StepsPerCall(int orders) {
   TempDir dir;
   auto file = MakeStore(dir, false);
@@ -172,9 +70,9 @@ std::vector<std::uint64_t> StepsPerCall(int orders) {
   Variant path(file.string());
   EXPECT_EQ(shop.DbConnect(msg, workspace, database, path), 0) << msg;
   std::vector<std::uint64_t> steps;
-  for (const Call& call : Calls()) {
+  for (const MethodCall& call : StoreMethodCalls(kIds)) {
     auto before = store::sqlite::VmStepsForTesting();
-    EXPECT_GE(call.run(shop, msg), 0) << msg;
+    EXPECT_GE(call.call(shop, msg), 0) << msg;
     steps.push_back(store::sqlite::VmStepsForTesting() - before);
   }
   return steps;
@@ -183,11 +81,11 @@ std::vector<std::uint64_t> StepsPerCall(int orders) {
 TEST(StoreGrowthTest, NoMethodDoesMoreWorkOnATenTimesLargerStore) {
   auto small = StepsPerCall(1'000);
   auto large = StepsPerCall(10'000);
-  auto calls = Calls();
+  auto calls = StoreMethodCalls(kIds);
   for (std::size_t i = 0; i < calls.size(); ++i) {
     // A few steps of slack for the engine's own bookkeeping; a scan would add thousands.
     EXPECT_LE(large[i], small[i] + small[i] / 20 + 20)
-        << calls[i].method << ": " << small[i] << " steps at 1,000 orders, " << large[i]
+        << calls[i].name << ": " << small[i] << " steps at 1,000 orders, " << large[i]
         << " at 10,000";
   }
 }

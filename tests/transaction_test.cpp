@@ -3,11 +3,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <functional>
 
 #include "store/backend.h"
 #include "store/sqlite/connection.h"
 #include "tests/support/forwarding_connection.h"
+#include "tests/support/method_calls.h"
 #include "tests/support/shop_fixture.h"
 
 namespace brindlewayProj::testing {
@@ -18,37 +18,8 @@ constexpr char kFingerprint[] =
     " || ':' || Delivery, ' ') FROM Orders) || ' / ' || (SELECT group_concat(OrderId || ':' ||"
     " ProductId || ':' || Quantity, ' ') FROM OrderBasket)";
 
-struct TransactionMethod {
-  const char* name;
-  std::function<Integer(brindleway&, String&)> call;
-};
-
-const TransactionMethod kMethods[] = {
-    {"StartNewOrder",
-     [](brindleway& shop, String& msg) {
-       Long order = 0, customer = 18;
-       Variant date = DateSerial(2026, 11, 2), none, open = Integer(0);
-       return shop.StartNewOrder(msg, order, customer, date, none, open);
-     }},
-    {"ProductToBuy",
-     [](brindleway& shop, String& msg) {
-       Long order = 1, mug = 8, two = 2;
-       return shop.ProductToBuy(msg, order, mug, two);
-     }},
-    {"ModifyOrderQuantity",
-     [](brindleway& shop, String& msg) {
-       Long order = 1, tea = 7;
-       Variant five = Long(5);
-       return shop.ModifyOrderQuantity(msg, order, tea, five);
-     }},
-    {"BuyAnOrder",
-     [](brindleway& shop, String& msg) {
-       Long order = 1;
-       Date delivered = DateSerial(2026, 11, 9);
-       Integer shipped = 1;
-       return shop.BuyAnOrder(msg, order, delivered, shipped);
-     }},
-};
+// Order 1 of customer 17 holds Tea (7); a new order goes to customer 18, a Mug (8) to order 1.
+const auto kMethods = TransactionMethodCalls({18, 1, 7, 8, "Tea", 1, 1});
 
 // A second process that holds the store's write lock, with a change of its own not yet
 // committed, until it is released.
