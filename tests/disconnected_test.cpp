@@ -1,0 +1,69 @@
+// After DbDisconnect every method with a status fails: the readers and the deletions answer -1
+// with the failure's text and leave the caller's variables alone; the four transaction methods
+// fail as calls, since their Rollback has no workspace, with ReturnMsg already written.
+#include <functional>
+
+#include "tests/support/shop_fixture.h"
+
+namespace brindlewayProj::testing {
+namespace {
+
+using DisconnectedTest = ShopTest;
+
+TEST_F(DisconnectedTest, EveryMethodFailsAndTheTransactionMethodsFailAsCalls) {
+  ASSERT_EQ(shop_->DbDisconnect(msg_), 0);
+  const String notSet = "> Object variable or With block variable not set";
+  auto list = std::make_shared<Collection>();
+  list->Add(Variant("kept"));
+  std::shared_ptr<dao::Recordset> table;
+  String separator, name = "n", first = "f", last = "l", description = "d", tea = "Tea";
+  Long order = 42, customer = 17, product = 7, quantity = -1;
+  Date date{1};
+  Integer delivery = -1;
+  Variant none, open(Integer(0));
+  std::pair<String, std::function<Integer()>> failing[] = {
+      {"BasketList", [&] { return shop_->BasketList(msg_, list, order); }},
+      {"GetOrderedProducts", [&] { return shop_->GetOrderedProducts(msg_, list, order); }},
+      {"BasketTable", [&] { return shop_->BasketTable(msg_, table, order); }},
+      {"ListOfOrders", [&] { return shop_->ListOfOrders(msg_, list, separator, customer); }},
+      {"ListOpenOrders",
+       [&] { return shop_->ListOpenOrders(msg_, list, separator, customer, delivery); }},
+      {"ListShippedOrders",
+       [&] { return shop_->ListShippedOrders(msg_, list, separator, customer); }},
+      {"LookupOrderedProduct",
+       [&] { return shop_->LookupOrderedProduct(msg_, name, quantity, tea); }},
+      {"QuantityOrdered", [&] { return shop_->QuantityOrdered(msg_, quantity, order, product); }},
+      {"OrderDetail",
+       [&] {
+         return shop_->OrderDetail(msg_, customer, first, last, date, date, delivery, description,
+                                   order);
+       }},
+      {"DeleteAnOrder", [&] { return shop_->DeleteAnOrder(msg_, order); }},
+      {"RemoveFromBasket", [&] { return shop_->RemoveFromBasket(msg_, order, product); }},
+  };
+  for (auto& [method, call] : failing) {
+    EXPECT_EQ(call(), -1) << method;
+    EXPECT_EQ(msg_, "<CompError: brindleway." + method + notSet);
+  }
+  EXPECT_EQ(Entries(list), std::vector<String>{"kept"});
+  EXPECT_EQ(table, nullptr);
+  EXPECT_EQ(separator + name + first + last + description, "nfld");
+  EXPECT_EQ(std::to_string(customer) + std::to_string(quantity) + std::to_string(delivery),
+            "17-1-1");
+  EXPECT_EQ(date, Date{1});
+
+  std::pair<String, std::function<void()>> throwing[] = {
+      {"StartNewOrder", [&] { shop_->StartNewOrder(msg_, order, customer, none, none, open); }},
+      {"ProductToBuy", [&] { shop_->ProductToBuy(msg_, order, product, quantity); }},
+      {"ModifyOrderQuantity", [&] { shop_->ModifyOrderQuantity(msg_, order, product, open); }},
+      {"BuyAnOrder", [&] { shop_->BuyAnOrder(msg_, order, date, delivery); }},
+  };
+  for (auto& [method, call] : throwing) {
+    msg_.clear();
+    EXPECT_THROW(call(), platform::Error) << method;
+    EXPECT_EQ(msg_, "<CompError: brindleway." + method + notSet);
+  }
+}
+
+}  // namespace
+}  // namespace brindlewayProj::testing
