@@ -126,14 +126,11 @@ TEST_F(ConversionsTest, RegionalDecimalSeparator) {
 }
 
 TEST_F(ConversionsTest, BadTextNeitherCrashesNorHangs) {
-  const std::string huge(4 << 20, 'x');
-  for (const String& text : {huge, std::string(4 << 20, ' ') + "x", std::string("12\0", 3),
-                             std::string("\xff\xfe\xfd"), std::string("1\xc3")}) {
-    EXPECT_EQ(Outcome(CLng, text), "error 13");
-    EXPECT_EQ(Outcome(Serial, text), "error 13");
+  for (const String& text : {String(4 << 20, 'x'), String(4 << 20, ' ') + "x", String("12\0", 3),
+                             String("\xff\xfe\xfd"), String("1\xc3")}) {
+    EXPECT_EQ(Outcome(CLng, text) + ", " + Outcome(Serial, text), "error 13, error 13");
   }
-  EXPECT_EQ(Outcome(CLng, std::string(4 << 20, '9')), "error 6");
-  EXPECT_EQ(CStr(huge), huge);
+  EXPECT_EQ(Outcome(CLng, String(4 << 20, '9')), "error 6");
 }
 
 TEST(DateSerialTest, BuildsDatesAndTimes) {

@@ -1,148 +1,16 @@
-// Failures from below the object model: files that cannot be opened, a backend that fails on
-// demand (busy, full, read-only, constraint), and a row locked by another connection. Every
-// one ends in the exact store error and leaves nothing half-written.
+// Failures from below the object model: files that cannot be opened and a store held by a
+// writer elsewhere, each with the store's exact error. (Failures injected into the backend
+// are checked through the component's methods, in tests/store_faults_test.cpp.)
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <fstream>
 
 #include "dataaccess/dao_test_support.h"
-#include "store/backend.h"
 #include "store/errors.h"
-#include "store/sqlite_backend.h"
 
 namespace brindlewayProj::dao {
 namespace {
-
-using store::FailureKind;
-
-// Fails the next backend call whose SQL starts with `prefix` (or Begin/Commit as "BEGIN" and
-// "COMMIT") with `kind`, once.
-struct FaultPlan {
-  std::string prefix;
-  FailureKind kind = FailureKind::kOther;
-  void Check(const std::string& sql) {
-    if (prefix.empty() || sql.rfind(prefix, 0) != 0) return;
-    prefix.clear();
-    throw store::BackendError(kind, "injected fault");
-  }
-};
-
-class FaultyConnection : public store::Connection {
- public:
-  FaultyConnection(std::shared_ptr<store::Connection> inner, FaultPlan& plan)
-      : inner_(std::move(inner)), plan_(plan) {}
-  store::Statement& Prepare(const std::string& sql) override { return inner_->Prepare(sql); }
-  long long Execute(const std::string& sql, const std::vector<store::SqlValue>& values) override {
-    plan_.Check(sql);
-    return inner_->Execute(sql, values);
-  }
-  std::optional<store::SourceInfo> Describe(const std::string& name) override {
-    return inner_->Describe(name);
-  }
-  std::int64_t LastRowId() override { return inner_->LastRowId(); }
-  std::int64_t ReserveKey(const store::SourceInfo& table) override {
-    plan_.Check("RESERVE");
-    return inner_->ReserveKey(table);
-  }
-  void Begin() override {
-    plan_.Check("BEGIN");
-    inner_->Begin();
-  }
-  void Commit() override {
-    plan_.Check("COMMIT");
-    inner_->Commit();
-  }
-  void Rollback() override { inner_->Rollback(); }
-
- private:
-  std::shared_ptr<store::Connection> inner_;
-  FaultPlan& plan_;
-};
-
-class FaultTest : public StoreTest {
- protected:
-  static FaultPlan plan;
-  static void SetUpTestSuite() {
-    store::SetConnectionOpenerForTesting([](const std::filesystem::path& file) {
-      return std::make_shared<FaultyConnection>(store::OpenSqliteConnection(file), plan);
-    });
-  }
-  static void TearDownTestSuite() { store::SetConnectionOpenerForTesting(nullptr); }
-};
-FaultPlan FaultTest::plan;
-
-struct Fault {
-  FailureKind kind;
-  Long number;
-};
-
-class InjectedFault : public FaultTest, public ::testing::WithParamInterface<Fault> {};
-
-TEST_P(InjectedFault, AtUpdateStoresNothing) {
-  Workspace().BeginTrans();
-  auto orders = Dynaset("Select * From [Orders] Where ( [OrderId] = 2 )");
-  orders->Edit();
-  orders->Collect("Delivery", Variant(Integer{1}));
-  plan = {"UPDATE", GetParam().kind};
-  try {
-    orders->Update();
-    ADD_FAILURE() << "no failure";
-  } catch (const platform::Error& failure) {
-    EXPECT_EQ(failure.Number(), GetParam().number);
-  }
-  Workspace().Rollback();
-  EXPECT_EQ(Count("Select * From [Orders] Where [Delivery] = 1"), 2);
-}
-
-TEST_P(InjectedFault, AtExecuteDeletesNothing) {
-  plan = {"DELETE", GetParam().kind};
-  try {
-    Db().Execute("Delete From [OrderBasket] Where ( [OrderId] = 1 )", dbFailOnError);
-    ADD_FAILURE() << "no failure";
-  } catch (const platform::Error& failure) {
-    EXPECT_EQ(failure.Number(), GetParam().number);
-  }
-  EXPECT_EQ(Db().RecordsAffected(), 0);
-  EXPECT_EQ(Count("OrderBasket"), 12);
-}
-
-TEST_P(InjectedFault, AtCommitLeavesTheTransactionForRollback) {
-  Workspace().BeginTrans();
-  auto orders = Dynaset("Orders");
-  orders->AddNew();
-  orders->Collect("CustomerId", Variant(Long{1}));
-  orders->Update();
-  plan = {"COMMIT", GetParam().kind};
-  try {
-    Workspace().CommitTrans();
-    ADD_FAILURE() << "no failure";
-  } catch (const platform::Error& failure) {
-    EXPECT_EQ(failure.Number(), GetParam().number);
-  }
-  Workspace().Rollback();
-  EXPECT_EQ(Count("Orders"), 5);
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, InjectedFault,
-                         ::testing::Values(Fault{FailureKind::kBusy, store::errLocked},
-                                           Fault{FailureKind::kFull, store::errDiskFull},
-                                           Fault{FailureKind::kReadOnly, store::errReadOnly},
-                                           Fault{FailureKind::kUnique, store::errDuplicateKey},
-                                           Fault{FailureKind::kOther, store::errEngine}));
-
-TEST_F(FaultTest, TextsOfTheCommonFailures) {
-  plan = {"UPDATE", FailureKind::kBusy};
-  auto orders = Dynaset("Select * From [Orders] Where ( [OrderId] = 2 )");
-  orders->Edit();
-  orders->Collect("Delivery", Variant(Integer{1}));
-  EXPECT_STORE_ERROR(orders->Update(), store::errLocked, "Could not update; currently locked.");
-  plan = {"UPDATE", FailureKind::kFull};
-  EXPECT_STORE_ERROR(orders->Update(), store::errDiskFull, "Not enough space on disk.");
-  plan = {"RESERVE", FailureKind::kReadOnly};
-  EXPECT_STORE_ERROR(Dynaset("Orders")->AddNew(), store::errReadOnly,
-                     "Cannot update. Database or object is read-only.");
-}
 
 TEST(OpenDatabase, RefusesWhatIsNoStore) {
   testing::TempDir dir;
