@@ -106,10 +106,6 @@ INSTANTIATE_TEST_SUITE_P(
                 "Syntax error in query expression '#2/30/2026#'."},
         Refusal{"Select * From (Select * From [Orders])", errFromClause,
                 "Syntax error in FROM clause."},
-        Refusal{"Select * From [Orders], [Customers]", errFromClause,
-                "Syntax error in FROM clause."},
-        Refusal{"Select Union From [Orders]", errSyntax,
-                "Syntax error in query expression 'Union From [Orders]'."},
         Refusal{"Select * From [Orders] Where [OrderId] = 1 -- comment", errSyntax,
                 "Syntax error in query expression '[OrderId] = 1 -- comment'."}));
 

@@ -1,6 +1,5 @@
-// After DbDisconnect every method with a status fails: the readers and the deletions answer -1
-// with the failure's text and leave the caller's variables alone; the four transaction methods
-// fail as calls, since their Rollback has no workspace, with ReturnMsg already written.
+// Calls that fail on the component's own side: every method after DbDisconnect, and the
+// listings handed a list that is Nothing.
 #include <functional>
 
 #include "tests/support/shop_fixture.h"
@@ -8,11 +7,14 @@
 namespace brindlewayProj::testing {
 namespace {
 
-using DisconnectedTest = ShopTest;
+using FailingCallsTest = ShopTest;
+const String kNotSet = "> Object variable or With block variable not set";
 
-TEST_F(DisconnectedTest, EveryMethodFailsAndTheTransactionMethodsFailAsCalls) {
+// The readers and the deletions answer -1 with the failure's text and leave the caller's
+// variables alone; the four transaction methods fail as calls, since their Rollback has no
+// workspace, with ReturnMsg already written.
+TEST_F(FailingCallsTest, AfterDbDisconnectEveryMethodFails) {
   ASSERT_EQ(shop_->DbDisconnect(msg_), 0);
-  const String notSet = "> Object variable or With block variable not set";
   auto list = std::make_shared<Collection>();
   list->Add(Variant("kept"));
   std::shared_ptr<dao::Recordset> table;
@@ -43,7 +45,7 @@ TEST_F(DisconnectedTest, EveryMethodFailsAndTheTransactionMethodsFailAsCalls) {
   };
   for (auto& [method, call] : failing) {
     EXPECT_EQ(call(), -1) << method;
-    EXPECT_EQ(msg_, "<CompError: brindleway." + method + notSet);
+    EXPECT_EQ(msg_, "<CompError: brindleway." + method + kNotSet);
   }
   EXPECT_EQ(Entries(list), std::vector<String>{"kept"});
   EXPECT_EQ(table, nullptr);
@@ -61,7 +63,33 @@ TEST_F(DisconnectedTest, EveryMethodFailsAndTheTransactionMethodsFailAsCalls) {
   for (auto& [method, call] : throwing) {
     msg_.clear();
     EXPECT_THROW(call(), platform::Error) << method;
-    EXPECT_EQ(msg_, "<CompError: brindleway." + method + notSet);
+    EXPECT_EQ(msg_, "<CompError: brindleway." + method + kNotSet);
+  }
+}
+
+// A list that is Nothing is passed by when no row is found; with rows the first Add fails.
+TEST_F(FailingCallsTest, AListThatIsNothingFailsOnlyWhenRowsAreFound) {
+  Sql("INSERT INTO Orders (OrderId, CustomerId, Delivery) VALUES (1, 17, 0), (2, 17, 1);"
+      "INSERT INTO OrderBasket VALUES (1, 7, 1);");
+  std::shared_ptr<Collection> nothing;
+  String separator;
+  Integer delivery = 0;
+  const std::tuple<String, Long, std::function<Integer(Long)>> listings[] = {
+      {"BasketList", 1, [&](Long id) { return shop_->BasketList(msg_, nothing, id); }},
+      {"GetOrderedProducts", 1,
+       [&](Long id) { return shop_->GetOrderedProducts(msg_, nothing, id); }},
+      {"ListOfOrders", 17,
+       [&](Long id) { return shop_->ListOfOrders(msg_, nothing, separator, id); }},
+      {"ListOpenOrders", 17,
+       [&](Long id) { return shop_->ListOpenOrders(msg_, nothing, separator, id, delivery); }},
+      {"ListShippedOrders", 17,
+       [&](Long id) { return shop_->ListShippedOrders(msg_, nothing, separator, id); }},
+  };
+  for (auto& [method, withRows, list] : listings) {
+    EXPECT_EQ(list(99), 0) << method;
+    EXPECT_EQ(msg_, "<CompWarning: brindleway." + method + "> Did not find any records");
+    EXPECT_EQ(list(withRows), -1) << method;
+    EXPECT_EQ(msg_, "<CompError: brindleway." + method + kNotSet);
   }
 }
 
