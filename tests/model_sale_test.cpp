@@ -383,22 +383,20 @@ TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
   const unsigned seed = seedText ? std::stoul(seedText) : 20260701u;
   const int steps = stepsText ? std::stoi(stepsText) : 1500;
   random_.seed(seed);
-  const std::pair<double, std::function<void()>> calls[] = {
-      {10, [&] { StartNewOrder(); }},
-      {18, [&] { ProductToBuy(); }},
-      {7, [&] { ModifyOrderQuantity(); }},
-      {6, [&] { RemoveFromBasket(); }},
-      {7, [&] { BuyAnOrder(); }},
-      {3, [&] { DeleteAnOrder(); }},
-      {7, [&] { NameList(false); }},
-      {5, [&] { NameList(true); }},
-      {6, [&] { QuantityOrdered(); }},
-      {4, [&] { BasketTable(); }},
-      {6, [&] { Listing(0); }},
-      {5, [&] { Listing(1); }},
-      {5, [&] { Listing(2); }},
-      {6, [&] { OrderDetail(); }},
-  };
+  const std::pair<double, std::function<void()>> calls[] = {{10, [&] { StartNewOrder(); }},
+                                                            {18, [&] { ProductToBuy(); }},
+                                                            {7, [&] { ModifyOrderQuantity(); }},
+                                                            {6, [&] { RemoveFromBasket(); }},
+                                                            {7, [&] { BuyAnOrder(); }},
+                                                            {3, [&] { DeleteAnOrder(); }},
+                                                            {7, [&] { NameList(false); }},
+                                                            {5, [&] { NameList(true); }},
+                                                            {6, [&] { QuantityOrdered(); }},
+                                                            {4, [&] { BasketTable(); }},
+                                                            {6, [&] { Listing(0); }},
+                                                            {5, [&] { Listing(1); }},
+                                                            {5, [&] { Listing(2); }},
+                                                            {6, [&] { OrderDetail(); }}};
   std::vector<double> weights;
   for (auto& call : calls) weights.push_back(call.first);
   std::discrete_distribution<std::size_t> pick(weights.begin(), weights.end());

@@ -6,7 +6,6 @@
 #include <regex>
 #include <sstream>
 
-#include "server/type_library.h"
 #include "tests/support/test_support.h"
 #include "tools/commands.h"
 
@@ -97,17 +96,6 @@ TEST_F(ProgramTest, UsageErrorsAndUnusableFilesHaveTheirExitCodes) {
   ProgramRun unregistered = Call({"DbDisconnect"});
   EXPECT_EQ(unregistered.exitCode, kExitEnvironment);
   EXPECT_NE(unregistered.err.find("not registered"), String::npos) << unregistered.err;
-}
-
-TEST_F(ProgramTest, HelpListsEveryMethodFromTheTypeLibrary) {
-  ProgramRun help = Brindleway({"call", "--help"});
-  EXPECT_EQ(help.exitCode, kExitOk);
-  for (const server::MethodInfo& method : server::Methods()) {
-    EXPECT_NE(help.out.find(server::Signature(method)), String::npos) << method.name;
-  }
-  for (const char* command : {"create", "register", "demo"}) {
-    EXPECT_EQ(Brindleway({command, "--help"}).exitCode, kExitOk) << command;
-  }
 }
 
 TEST_F(ProgramTest, DemoWalksASaleOnAStoreItCreates) {
