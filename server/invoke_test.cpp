@@ -26,12 +26,6 @@ TEST(TypeLibraryTest, LooksUpMethodsAndParametersWithoutRegardToCase) {
   EXPECT_EQ(FindParam(*FindMethod("OrderDetail"), "Order"), -1);
 }
 
-TEST(TypeLibraryTest, SignatureShowsOptionalsAndDefaults) {
-  EXPECT_EQ(Signature(*FindMethod("BuildMultiCond")),
-            "BuildMultiCond(sField As String, colCond As Collection, "
-            "[sCompOp As String = \" = \"], [bQuote As Boolean = False]) As String");
-}
-
 // An object on a fresh sample store beside the component (App.Path points at the folder).
 class DispatchTest : public ::testing::Test {
  protected:

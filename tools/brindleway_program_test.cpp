@@ -40,9 +40,10 @@ class ProgramTest : public ::testing::Test {
     return text.str();
   }
 
-  ProgramRun Call(std::vector<String> words) const {
+  // The words of a call on the sample store.
+  std::vector<String> On(std::vector<String> words) const {
     words.insert(words.begin(), {"call", "--store", store_.string()});
-    return Brindleway(words);
+    return words;
   }
 
   TempDir dir_;
@@ -51,8 +52,8 @@ class ProgramTest : public ::testing::Test {
 
 TEST_F(ProgramTest, ASaleFromTheShell) {
   ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
-  ProgramRun started =
-      Call({"StartNewOrder", "ilngCustomerId=1", "iintDelivery=0", "istrDescription= Gift wrap "});
+  ProgramRun started = Brindleway(
+      On({"StartNewOrder", "ilngCustomerId=1", "iintDelivery=0", "istrDescription= Gift wrap "}));
   ASSERT_EQ(started.exitCode, kExitOk) << started.err;
   EXPECT_NE(
       started.out.find("status: 0\nReturnMsg: <CompInfo: brindleway.StartNewOrder> Success\n"),
@@ -60,32 +61,28 @@ TEST_F(ProgramTest, ASaleFromTheShell) {
       << started.out;
   std::smatch order;
   ASSERT_TRUE(std::regex_search(started.out, order, std::regex("olngOrderId: (\\d+)")));
-  ASSERT_EQ(
-      Call({"ProductToBuy", "ilngOrderId=" + order[1].str(), "ilngProductId=2", "ilngQuantity=2"})
-          .exitCode,
-      kExitOk);
-  ProgramRun found = Call({"basketlist", "orderid=" + order[1].str()});
+  ASSERT_EQ(Brindleway(On({"ProductToBuy", "ilngOrderId=" + order[1].str(), "ilngProductId=2",
+                           "ilngQuantity=2"}))
+                .exitCode,
+            kExitOk);
+  ProgramRun found = Brindleway(On({"basketlist", "orderid=" + order[1].str()}));
   EXPECT_NE(found.out.find("ostrProductNameCol: 1 entries\n  1: \"Basalt Mortar\""), String::npos)
       << found.out;
 }
 
 TEST_F(ProgramTest, UsageErrorsAndUnusableFilesHaveTheirExitCodes) {
   ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
-  auto call = [this](std::vector<String> words) {
-    words.insert(words.begin(), {"call", "--store", store_.string()});
-    return words;
-  };
   const std::tuple<std::vector<String>, int, const char*> cases[] = {
-      {call({"StartOrder"}), kExitUsage, "no method 'StartOrder'"},
-      {call({"BasketList", "Order=1"}), kExitUsage, "BasketList has no parameter 'Order'"},
-      {call({"BasketList", "OrderId=abc"}), kExitUsage, "Type mismatch"},
-      {call({"BasketList"}), kExitUsage, "needs OrderId"},
+      {On({"StartOrder"}), kExitUsage, "no method 'StartOrder'"},
+      {On({"BasketList", "Order=1"}), kExitUsage, "BasketList has no parameter 'Order'"},
+      {On({"BasketList", "OrderId=abc"}), kExitUsage, "Type mismatch"},
+      {On({"BasketList"}), kExitUsage, "needs OrderId"},
       {{"frobnicate"}, kExitUsage, "unknown command"},
       {{"create", "--sample", store_.string()}, kExitEnvironment, "already exists"},
       {{"call", "--store", (dir_ / "none.mdb").string(), "DbDisconnect"},
        kExitEnvironment,
        "none.mdb"},
-      {call({"DeleteAnOrder", "OrderId=999999"}), kExitOk, ""},
+      {On({"DeleteAnOrder", "OrderId=999999"}), kExitOk, ""},
   };
   for (const auto& [words, exitCode, inMessage] : cases) {
     ProgramRun run = Brindleway(words);
@@ -93,7 +90,7 @@ TEST_F(ProgramTest, UsageErrorsAndUnusableFilesHaveTheirExitCodes) {
     EXPECT_NE(run.err.find(inMessage), String::npos) << run.err;
   }
   ASSERT_EQ(Brindleway({"unregister"}).exitCode, kExitOk);
-  ProgramRun unregistered = Call({"DbDisconnect"});
+  ProgramRun unregistered = Brindleway(On({"DbDisconnect"}));
   EXPECT_EQ(unregistered.exitCode, kExitEnvironment);
   EXPECT_NE(unregistered.err.find("not registered"), String::npos) << unregistered.err;
 }
