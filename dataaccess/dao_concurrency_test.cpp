@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <set>
 
 #include <brindleway/dao.h>
@@ -30,7 +31,8 @@ int AddOrders(const std::filesystem::path& file, int output) {
       if (write(output, &key, sizeof key) != sizeof key) return 3;
     }
     return 0;
-  } catch (const std::exception&) {
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "child failed: %s\n", failure.what());
     return 2;
   }
 }

@@ -40,7 +40,6 @@ TEST_F(WriteTest, ChangesOnlyWhatMayBeChanged) {
   EXPECT_STORE_ERROR(Dynaset("Select * From [OrdersWithNames]")->AddNew(), store::errReadOnly,
                      readOnly);
   auto orders = Dynaset("Orders");
-  EXPECT_STORE_ERROR(orders->Update(), store::errUpdateWithoutEdit, kUpdateWithoutEdit);
   orders->Edit();
   EXPECT_THROW(orders->Collect("CustomerId", Variant("twelve")), platform::Error);
   EXPECT_STORE_ERROR(orders->Collect("Colour", Variant(Long{1})), store::errItemNotFound,

@@ -81,17 +81,6 @@ TEST_F(DispatchTest, NamedAndPositionalArgumentsReachTheMethodAndAreWrittenBack)
   EXPECT_EQ(CStr(basket[2].value.ObjectAs<Collection>()->Item(1)), "Basalt Mortar");
 }
 
-TEST_F(DispatchTest, LeftOutOptionalsTakeTheirDefaults) {
-  auto values = std::make_shared<Collection>();
-  values->Add("1");
-  values->Add("2");
-  EXPECT_EQ(CStr(Call("BuildMultiCond", {{"", "[Id]"}, {"", values}})),
-            "(([Id] = 1) OR ([Id] = 2))");
-  EXPECT_EQ(CStr(Call("BuildMultiCond",
-                      {{"", "[Id]"}, {"", values}, {"", Variant::Missing()}, {"bQuote", true}})),
-            "(([Id] = '1') OR ([Id] = '2'))");
-}
-
 // Arguments that do not fit are refused before the method runs; a failure that leaves the
 // method is raised after ReturnMsg was written back.
 TEST_F(DispatchTest, CallsThatDoNotFitAreRefusedWithThePlatformsErrors) {

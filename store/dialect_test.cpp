@@ -33,11 +33,6 @@ INSTANTIATE_TEST_SUITE_P(
                     "SELECT \"ProductName\" FROM \"BasketList\" WHERE ((\"OrderId\" = ?)) ORDER "
                     "BY \"ProductName\" COLLATE NOCASE",
                     {std::int64_t{42}}},
-        Translation{"Select Distinct [Quantity] From [OrderBasket] Where ( [OrderId] = -42 AND "
-                    "[ProductId] = 7 )",
-                    "SELECT DISTINCT \"Quantity\" FROM \"OrderBasket\" WHERE ((\"OrderId\" = ?) "
-                    "AND (\"ProductId\" = ?))",
-                    {std::int64_t{-42}, std::int64_t{7}}},
         Translation{"select * from orders where not (delivery <> 1 or description is null) "
                     "order by [OrderDate] desc, OrderId",
                     "SELECT * FROM \"orders\" WHERE NOT ((\"delivery\" <> ?) OR (\"description\" "

@@ -73,11 +73,11 @@ class ModelSaleTest : public ::testing::Test {
     // a Null order date and the zero date.
     SqlRows(
         file_,
-        "INSERT INTO Customers VALUES (7, ' Ann', NULL);"
-        "INSERT INTO Products VALUES (11, NULL, 'V', 1), (12, '', 'V', 2), (13, ' Mug ', 'V', 3);"
-        "INSERT INTO Orders VALUES (6, 7, NULL, '1899-12-30 00:00:00', 1, '   '),"
-        " (7, 7, '2026-06-30 14:05:00', NULL, 0, ' lead');"
-        "INSERT INTO OrderBasket VALUES (6, 11, 1), (6, 12, 2), (6, 11, 3), (7, 13, 1);");
+        "INSERT INTO Customers VALUES (90, ' Ann', NULL);"
+        "INSERT INTO Products VALUES (91, NULL, 'V', 1), (92, '', 'V', 2), (93, ' Mug ', 'V', 3);"
+        "INSERT INTO Orders VALUES (90, 90, NULL, '1899-12-30 00:00:00', 1, '   '),"
+        " (91, 90, '2026-06-30 14:05:00', NULL, 0, ' lead');"
+        "INSERT INTO OrderBasket VALUES (90, 91, 1), (90, 92, 2), (90, 91, 3), (91, 93, 1);");
     for (auto& c : SqlRows(file_, "SELECT CustomerId, FirstName, LastName FROM Customers"))
       customers_[std::stoi(c[0])] = {StoredText(c[1]), StoredText(c[2])};
     for (auto& p : SqlRows(file_, "SELECT ProductId, ProductName FROM Products"))
