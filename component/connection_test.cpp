@@ -14,9 +14,6 @@ using Access = BrindlewayTestAccess;
 
 class ConnectionTest : public ::testing::Test {
  protected:
-  ConnectionTest() { platform::App::SetPath(dir_.path().string()); }
-  ~ConnectionTest() override { platform::App::SetPath(""); }
-
   String DefaultPath() const { return platform::App::Path() + "\\brindleway.mdb"; }
   // A store's path as the host names it, with a drive letter and backslashes.
   static String DrivePath(const std::filesystem::path& file) {
@@ -29,8 +26,7 @@ class ConnectionTest : public ::testing::Test {
     Deref(Deref(database).OpenRecordset("Select * From Products", dao::dbOpenSnapshot)).MoveLast();
   }
 
-  testing::TempDir dir_;
-  testing::MessageBoxRecorder boxes_;
+  testing::ComponentFolder dir_;
   String message_;
 };
 
@@ -39,10 +35,11 @@ class ConnectionTest : public ::testing::Test {
 TEST_F(ConnectionTest, CreationWithoutAnyStoreShowsOneBoxAndLeavesALiveObject) {
   {
     brindleway object;
-    ASSERT_EQ(boxes_.shown().size(), 1u);
-    EXPECT_EQ(boxes_.shown()[0].flags, 0);
-    EXPECT_TRUE(boxes_.shown()[0].prompt.starts_with("<CompError: brindleway.DbConnect> "));
-    EXPECT_GT(boxes_.shown()[0].prompt.size(), String("<CompError: brindleway.DbConnect> ").size());
+    ASSERT_EQ(dir_.boxes.shown().size(), 1u);
+    EXPECT_EQ(dir_.boxes.shown()[0].flags, 0);
+    EXPECT_TRUE(dir_.boxes.shown()[0].prompt.starts_with("<CompError: brindleway.DbConnect> "));
+    EXPECT_GT(dir_.boxes.shown()[0].prompt.size(),
+              String("<CompError: brindleway.DbConnect> ").size());
     EXPECT_EQ(Access::DbFileName(object), DefaultPath());
     Long order = 1, product = 1, quantity = 1;
     EXPECT_EQ(object.ProductToBuy(message_, order, product, quantity), -1);
@@ -50,7 +47,7 @@ TEST_F(ConnectionTest, CreationWithoutAnyStoreShowsOneBoxAndLeavesALiveObject) {
               "<CompError: brindleway.ProductToBuy> Object variable or With block "
               "variable not set");
   }
-  EXPECT_EQ(boxes_.shown().size(), 1u);  // destruction shows none
+  EXPECT_EQ(dir_.boxes.shown().size(), 1u);  // destruction shows none
 }
 
 // The ini file's path is opened; a path with no file behind it falls back on the default, and
@@ -69,7 +66,7 @@ TEST_F(ConnectionTest, IniPathIsOpenedAndAMissingOneFallsBackOnTheDefault) {
   brindleway object;
   EXPECT_EQ(Access::DbFileName(object), dir_.path().string() + "\\brindleway.mdb");
   EXPECT_NE(Access::Database(object), nullptr);
-  EXPECT_TRUE(boxes_.shown().empty());
+  EXPECT_TRUE(dir_.boxes.shown().empty());
 }
 
 // A path wins over a given database, a given database over the file of creation; a path with
@@ -132,7 +129,7 @@ TEST_F(ConnectionTest, DbDisconnectTwiceSucceedsAndLeavesTheClientsDatabaseUsabl
   brindleway::DatabaseRef noDatabase;
   EXPECT_EQ(object.DbConnect(message_, noWorkspace, noDatabase), 0);
   EXPECT_NE(Access::Database(object), nullptr);
-  EXPECT_TRUE(boxes_.shown().empty());
+  EXPECT_TRUE(dir_.boxes.shown().empty());
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include <brindleway/brindleway.h>
 #include <brindleway/hooks.h>
-#include "platform/regional.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj {
@@ -15,15 +14,7 @@ namespace {
 // An object without a store: BuildMultiCond needs no connection.
 class BuildMultiCondTest : public ::testing::Test {
  protected:
-  BuildMultiCondTest() {
-    platform::App::SetPath(dir_.path().string());
-    platform::SetRegionalLocale("en_US");
-    object_ = std::make_unique<brindleway>();
-  }
-  ~BuildMultiCondTest() override {
-    platform::App::SetPath("");
-    platform::SetRegionalLocale("");
-  }
+  BuildMultiCondTest() : object_(std::make_unique<brindleway>()) {}
   static brindleway::CollectionRef Values(const std::vector<Variant>& values) {
     auto collection = std::make_shared<Collection>();
     for (const Variant& value : values) collection->Add(value);
@@ -39,8 +30,7 @@ class BuildMultiCondTest : public ::testing::Test {
     return 0;
   }
 
-  testing::TempDir dir_;
-  testing::MessageBoxRecorder boxes_;
+  testing::ComponentFolder dir_;
   std::unique_ptr<brindleway> object_;
 };
 

@@ -4,7 +4,6 @@
 
 #include <brindleway/hooks.h>
 #include "component/brindleway_test_access.h"
-#include "platform/regional.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj {
@@ -12,22 +11,13 @@ namespace {
 
 class BuildWhereTest : public ::testing::Test {
  protected:
-  BuildWhereTest() {
-    platform::App::SetPath(dir_.path().string());
-    platform::SetRegionalLocale("en_US");
-    object_ = std::make_unique<brindleway>();
-  }
-  ~BuildWhereTest() override {
-    platform::App::SetPath("");
-    platform::SetRegionalLocale("");
-  }
+  BuildWhereTest() : object_(std::make_unique<brindleway>()) {}
   String BuildWhere(String field, Variant& value, bool& connect, Variant& connector,
                     Variant& compOp) {
     return BrindlewayTestAccess::BuildWhere(*object_, field, value, connect, connector, compOp);
   }
 
-  testing::TempDir dir_;
-  testing::MessageBoxRecorder boxes_;
+  testing::ComponentFolder dir_;
   std::unique_ptr<brindleway> object_;
 };
 

@@ -16,19 +16,13 @@
 namespace brindlewayProj::client {
 namespace {
 
-using testing::TempDir;
-
 class CreateObjectTest : public ::testing::Test {
  protected:
   CreateObjectTest() {
     testing::MakeStore(dir_);
-    platform::App::SetPath(dir_.path().string());
     setenv("BRINDLEWAY_REGISTRY", (dir_ / "registry").c_str(), 1);
   }
-  ~CreateObjectTest() override {
-    unsetenv("BRINDLEWAY_REGISTRY");
-    platform::App::SetPath("");
-  }
+  ~CreateObjectTest() override { unsetenv("BRINDLEWAY_REGISTRY"); }
 
   static Long ErrorNumberOf(const String& progId) {
     try {
@@ -39,7 +33,7 @@ class CreateObjectTest : public ::testing::Test {
     return 0;
   }
 
-  TempDir dir_;
+  testing::ComponentFolder dir_;
 };
 
 // Registration enters this server file with its absolute path; a created object answers

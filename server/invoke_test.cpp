@@ -11,8 +11,6 @@
 namespace brindlewayProj::server {
 namespace {
 
-using testing::TempDir;
-
 TEST(TypeLibraryTest, LooksUpMethodsAndParametersWithoutRegardToCase) {
   for (const MethodInfo& method : Methods()) {
     String upper(method.name);
@@ -29,12 +27,7 @@ TEST(TypeLibraryTest, LooksUpMethodsAndParametersWithoutRegardToCase) {
 // An object on a fresh sample store beside the component (App.Path points at the folder).
 class DispatchTest : public ::testing::Test {
  protected:
-  DispatchTest() {
-    testing::MakeStore(dir_);
-    platform::App::SetPath(dir_.path().string());
-    object_ = std::make_unique<brindleway>();
-  }
-  ~DispatchTest() override { platform::App::SetPath(""); }
+  DispatchTest() : store_(testing::MakeStore(dir_)), object_(std::make_unique<brindleway>()) {}
 
   Variant Call(const String& name, std::vector<Argument>&& arguments) {
     return InvokeMethod(*object_, *FindMethod(name), arguments);
@@ -52,7 +45,8 @@ class DispatchTest : public ::testing::Test {
     return 0;
   }
 
-  TempDir dir_;
+  testing::ComponentFolder dir_;
+  std::filesystem::path store_;
   std::unique_ptr<brindleway> object_;
 };
 

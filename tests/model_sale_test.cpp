@@ -14,7 +14,6 @@
 
 #include <brindleway/brindleway.h>
 #include <brindleway/hooks.h>
-#include "platform/regional.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::testing {
@@ -66,8 +65,6 @@ struct KeptList {
 class ModelSaleTest : public ::testing::Test {
  protected:
   ModelSaleTest() : file_(MakeStore(dir_)) {
-    platform::App::SetPath(dir_.path().string());
-    platform::SetRegionalLocale("en_US");
     shop_ = std::make_unique<brindleway>();
     // Beside the samples, rows no method writes: Null and empty names, padded and blank texts,
     // a Null order date and the zero date.
@@ -89,11 +86,6 @@ class ModelSaleTest : public ::testing::Test {
     for (auto& b : SqlRows(file_, "SELECT * FROM OrderBasket ORDER BY rowid"))
       basket_.push_back({std::stoi(b[0]), std::stoi(b[1]), std::stoi(b[2])});
     lastKey_ = orders_.rbegin()->first;
-  }
-  ~ModelSaleTest() override {
-    shop_.reset();
-    platform::SetRegionalLocale("");
-    platform::App::SetPath("");
   }
 
   int Roll(std::size_t n) { return std::uniform_int_distribution<int>(0, int(n) - 1)(random_); }
@@ -361,9 +353,8 @@ class ModelSaleTest : public ::testing::Test {
               expected);
   }
 
-  TempDir dir_;
+  ComponentFolder dir_;
   std::filesystem::path file_;
-  MessageBoxRecorder boxes_;
   std::unique_ptr<brindleway> shop_;
   String msg_, method_;
   std::mt19937 random_;
@@ -404,7 +395,7 @@ TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
     SCOPED_TRACE("seed " + to_string(seed) + ", step " + to_string(step));
     calls[pick(random_)].second();
   }
-  EXPECT_TRUE(boxes_.shown().empty());
+  EXPECT_TRUE(dir_.boxes.shown().empty());
 }
 
 }  // namespace

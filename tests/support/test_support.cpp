@@ -6,7 +6,9 @@
 
 #include <random>
 
+#include <brindleway/hooks.h>
 #include "platform/message_box.h"
+#include "platform/regional.h"
 #include "store/schema.h"
 
 namespace brindlewayProj::testing {
@@ -67,5 +69,15 @@ MessageBoxRecorder::MessageBoxRecorder() {
 }
 
 MessageBoxRecorder::~MessageBoxRecorder() { platform::SetMessageBoxHandler(nullptr); }
+
+ComponentFolder::ComponentFolder() {
+  platform::App::SetPath(path().string());
+  platform::SetRegionalLocale("en_US");
+}
+
+ComponentFolder::~ComponentFolder() {
+  platform::SetRegionalLocale("");
+  platform::App::SetPath("");
+}
 
 }  // namespace brindlewayProj::testing

@@ -55,4 +55,13 @@ class MessageBoxRecorder {
   std::vector<Shown> shown_;
 };
 
+// The component's folder for a test: a fresh folder that App.Path names, with US English dates
+// and the message boxes recorded; the defaults come back when it goes.
+class ComponentFolder : public TempDir {
+ public:
+  ComponentFolder();
+  ~ComponentFolder();
+  MessageBoxRecorder boxes;
+};
+
 }  // namespace brindlewayProj::testing
