@@ -13,7 +13,7 @@
 namespace brindlewayProj::dao {
 namespace {
 
-constexpr int kOrdersPerProcess = 500;
+constexpr int kOrdersPerProcess = 200;
 
 // Adds the orders and writes each key AddNew showed to `output`; the exit status of a child.
 int AddOrders(const std::filesystem::path& file, int output) {
