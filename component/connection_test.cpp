@@ -3,8 +3,8 @@
 
 #include <fstream>
 
-#include "component/brindleway_test_access.h"
 #include <brindleway/hooks.h>
+#include "component/brindleway_test_access.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj {
@@ -14,9 +14,6 @@ using Access = BrindlewayTestAccess;
 
 class ConnectionTest : public ::testing::Test {
  protected:
-  ConnectionTest() { platform::App::SetPath(dir_.path().string()); }
-  ~ConnectionTest() override { platform::App::SetPath(""); }
-
   String DefaultPath() const { return platform::App::Path() + "\\brindleway.mdb"; }
   // A store's path as the host names it, with a drive letter and backslashes.
   static String DrivePath(const std::filesystem::path& file) {
@@ -29,28 +26,32 @@ class ConnectionTest : public ::testing::Test {
     Deref(Deref(database).OpenRecordset("Select * From Products", dao::dbOpenSnapshot)).MoveLast();
   }
 
-  testing::TempDir dir_;
-  testing::MessageBoxRecorder boxes_;
+  testing::ComponentFolder dir_;
   String message_;
 };
 
+// The object lives on without a database but with the workspace: a transaction method then
+// fails on the store and rolls back as usual.
 TEST_F(ConnectionTest, CreationWithoutAnyStoreShowsOneBoxAndLeavesALiveObject) {
   {
     brindleway object;
-    ASSERT_EQ(boxes_.shown().size(), 1u);
-    EXPECT_EQ(boxes_.shown()[0].flags, 0);
-    EXPECT_TRUE(boxes_.shown()[0].prompt.starts_with("<CompError: brindleway.DbConnect> "));
-    EXPECT_GT(boxes_.shown()[0].prompt.size(), String("<CompError: brindleway.DbConnect> ").size());
+    ASSERT_EQ(dir_.boxes.shown().size(), 1u);
+    EXPECT_EQ(dir_.boxes.shown()[0].flags, 0);
+    EXPECT_TRUE(dir_.boxes.shown()[0].prompt.starts_with("<CompError: brindleway.DbConnect> "));
+    EXPECT_GT(dir_.boxes.shown()[0].prompt.size(),
+              String("<CompError: brindleway.DbConnect> ").size());
     EXPECT_EQ(Access::DbFileName(object), DefaultPath());
-
-    auto names = std::make_shared<Collection>();
-    Long orderId = 1;
-    EXPECT_EQ(object.BasketList(message_, names, orderId), -1);
-    EXPECT_TRUE(message_.starts_with("<CompError: brindleway.BasketList> "));
+    Long order = 1, product = 1, quantity = 1;
+    EXPECT_EQ(object.ProductToBuy(message_, order, product, quantity), -1);
+    EXPECT_EQ(message_,
+              "<CompError: brindleway.ProductToBuy> Object variable or With block "
+              "variable not set");
   }
-  EXPECT_EQ(boxes_.shown().size(), 1u);  // destruction shows none
+  EXPECT_EQ(dir_.boxes.shown().size(), 1u);  // destruction shows none
 }
 
+// The ini file's path is opened; a path with no file behind it falls back on the default, and
+// the folder of the component loses its blanks on the way.
 TEST_F(ConnectionTest, IniPathIsOpenedAndAMissingOneFallsBackOnTheDefault) {
   testing::MakeStore(dir_);
   const auto shop = testing::MakeStore(dir_, false, "shop.mdb");
@@ -61,29 +62,21 @@ TEST_F(ConnectionTest, IniPathIsOpenedAndAMissingOneFallsBackOnTheDefault) {
     EXPECT_NE(Access::Database(object), nullptr);
   }
   std::ofstream(dir_ / "brindlewayProj.ini") << "[brindleway]\nDbPath=missing\\shop.mdb\n";
-  brindleway object;
-  EXPECT_EQ(Access::DbFileName(object), DefaultPath());
-  EXPECT_NE(Access::Database(object), nullptr);
-  EXPECT_TRUE(boxes_.shown().empty());
-}
-
-TEST_F(ConnectionTest, TheFileNameOfCreationLosesItsBlanksOnTheWayToTheStore) {
-  testing::MakeStore(dir_);
   platform::App::SetPath("  " + dir_.path().string());
   brindleway object;
   EXPECT_EQ(Access::DbFileName(object), dir_.path().string() + "\\brindleway.mdb");
   EXPECT_NE(Access::Database(object), nullptr);
-  EXPECT_TRUE(boxes_.shown().empty());
+  EXPECT_TRUE(dir_.boxes.shown().empty());
 }
 
+// A path wins over a given database, a given database over the file of creation; a path with
+// no store fills the workspace only. The caller's path comes back trimmed.
 TEST_F(ConnectionTest, DbConnectFollowsPathThenDatabaseThenTheFileOfCreation) {
   testing::MakeStore(dir_);
   const auto other = testing::MakeStore(dir_, true, "other.mdb");
   brindleway object;
   brindleway::WorkspaceRef workspace;
   brindleway::DatabaseRef database;
-
-  // A path wins over a given database, which stays usable in the caller's other hands.
   ASSERT_EQ(object.DbConnect(message_, workspace, database), 0);
   const auto held = database;
   Variant path = Variant(DrivePath(other));
@@ -92,38 +85,27 @@ TEST_F(ConnectionTest, DbConnectFollowsPathThenDatabaseThenTheFileOfCreation) {
   EXPECT_NE(database, held);
   EXPECT_EQ(Access::Database(object), database);
   EXPECT_EQ(Access::DbFileName(object), DefaultPath());
-  EXPECT_NO_THROW(ReadProducts(held));
+  EXPECT_NO_THROW(ReadProducts(held));  // still usable in the caller's other hands
 
-  // No path and a given database: that database is taken, nothing is opened.
   Variant blanks = Variant("   ");
-  brindleway::DatabaseRef given = held;
+  brindleway::DatabaseRef given = held, none;
   ASSERT_EQ(object.DbConnect(message_, workspace, given, blanks), 0);
   EXPECT_EQ(blanks.AsString(), "");
   EXPECT_EQ(Access::Database(object), held);
-
-  // Neither: the file of creation opens again, through the given workspace.
-  brindleway::DatabaseRef none;
   ASSERT_EQ(object.DbConnect(message_, workspace, none, blanks), 0);
-  EXPECT_NE(none, nullptr);
-  EXPECT_NE(none, held);
+  EXPECT_TRUE(none != nullptr && none != held);
   EXPECT_EQ(Access::Workspace(object), workspace);
-}
 
-TEST_F(ConnectionTest, DbConnectToAMissingFileFillsTheWorkspaceOnly) {
-  testing::MakeStore(dir_);
-  brindleway object;
-  const auto before = Access::Database(object);
-  brindleway::WorkspaceRef workspace;
-  brindleway::DatabaseRef database;
+  brindleway::WorkspaceRef filled;
+  brindleway::DatabaseRef missing;
   String pathText = "  " + (dir_.path() / "nothing.mdb").string() + "  ";
-  Variant path = Variant::ByRef(pathText);
-
-  EXPECT_EQ(object.DbConnect(message_, workspace, database, path), -1);
+  Variant missingPath = Variant::ByRef(pathText);
+  EXPECT_EQ(object.DbConnect(message_, filled, missing, missingPath), -1);
   EXPECT_TRUE(message_.starts_with("<CompError: brindleway.DbConnect> "));
-  EXPECT_EQ(pathText, (dir_.path() / "nothing.mdb").string());  // trimmed in place
-  EXPECT_EQ(workspace, dao::DBEngine().Workspaces(0));
-  EXPECT_EQ(database, nullptr);
-  EXPECT_EQ(Access::Database(object), before);
+  EXPECT_EQ(pathText, (dir_.path() / "nothing.mdb").string());
+  EXPECT_EQ(filled, dao::DBEngine().Workspaces(0));
+  EXPECT_EQ(missing, nullptr);
+  EXPECT_EQ(Access::Database(object), none);
 }
 
 TEST_F(ConnectionTest, DbDisconnectTwiceSucceedsAndLeavesTheClientsDatabaseUsable) {
@@ -147,7 +129,7 @@ TEST_F(ConnectionTest, DbDisconnectTwiceSucceedsAndLeavesTheClientsDatabaseUsabl
   brindleway::DatabaseRef noDatabase;
   EXPECT_EQ(object.DbConnect(message_, noWorkspace, noDatabase), 0);
   EXPECT_NE(Access::Database(object), nullptr);
-  EXPECT_TRUE(boxes_.shown().empty());
+  EXPECT_TRUE(dir_.boxes.shown().empty());
 }
 
 }  // namespace

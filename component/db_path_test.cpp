@@ -3,9 +3,9 @@
 
 #include <fstream>
 
-#include "component/brindleway_test_access.h"
 #include <brindleway/error.h>
 #include <brindleway/hooks.h>
+#include "component/brindleway_test_access.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj {
@@ -20,11 +20,7 @@ void PrintTo(const IniCase& c, std::ostream* out) { *out << c.name; }
 
 class ReadDbPathTest : public ::testing::TestWithParam<IniCase> {
  protected:
-  ReadDbPathTest() { platform::App::SetPath(dir_.path().string()); }
-  ~ReadDbPathTest() override { platform::App::SetPath(""); }
-
-  testing::TempDir dir_;
-  testing::MessageBoxRecorder boxes_;
+  testing::ComponentFolder dir_;
 };
 
 TEST_P(ReadDbPathTest, FindsThePathOfTheFirstKeyLineBehindTheSection) {

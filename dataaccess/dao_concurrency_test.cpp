@@ -4,7 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <iostream>
+#include <cstdio>
 #include <set>
 
 #include <brindleway/dao.h>
@@ -13,9 +13,9 @@
 namespace brindlewayProj::dao {
 namespace {
 
-constexpr int kOrdersPerProcess = 500;
+constexpr int kOrdersPerProcess = 200;
 
-// Adds the orders and writes each key AddNew showed to `output`; the exit status of the child.
+// Adds the orders and writes each key AddNew showed to `output`; the exit status of a child.
 int AddOrders(const std::filesystem::path& file, int output) {
   try {
     auto& workspace = *DBEngine().Workspaces(0);
@@ -32,7 +32,7 @@ int AddOrders(const std::filesystem::path& file, int output) {
     }
     return 0;
   } catch (const std::exception& failure) {
-    std::cerr << "child failed: " << failure.what() << "\n";
+    std::fprintf(stderr, "child failed: %s\n", failure.what());
     return 2;
   }
 }
@@ -40,44 +40,28 @@ int AddOrders(const std::filesystem::path& file, int output) {
 TEST(Concurrency, TwoProcessesAddingOrdersGetTheKeysTheyWereShown) {
   testing::TempDir dir;
   auto file = testing::MakeStore(dir, false);
-  std::vector<pid_t> children;
-  std::vector<int> outputs;
-  for (int child = 0; child < 2; ++child) {
-    int pipeEnds[2];
-    ASSERT_EQ(pipe(pipeEnds), 0);
-    pid_t pid = fork();
-    ASSERT_GE(pid, 0);
-    if (pid == 0) {
-      close(pipeEnds[0]);
-      _exit(AddOrders(file, pipeEnds[1]));
-    }
-    close(pipeEnds[1]);
-    children.push_back(pid);
-    outputs.push_back(pipeEnds[0]);
-  }
   std::multiset<Long> shown;
-  for (int output : outputs) {
-    Long key = 0;
-    while (read(output, &key, sizeof key) == sizeof key) shown.insert(key);
-    close(output);
+  std::vector<std::pair<pid_t, int>> children;
+  for (int child = 0; child < 2; ++child) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t pid = fork();
+    if (pid == 0) _exit(AddOrders(file, ends[1]));
+    close(ends[1]);
+    children.push_back({pid, ends[0]});
   }
-  for (pid_t pid : children) {
+  for (auto [pid, output] : children) {
+    for (Long key = 0; read(output, &key, sizeof key) == sizeof key;) shown.insert(key);
+    close(output);
     int status = 0;
     waitpid(pid, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
   }
-
-  auto orders =
-      DBEngine()
-          .Workspaces(0)
-          ->OpenDatabase(file.string())
-          ->OpenRecordset("Select [OrderId] From [Orders] Order By [OrderId]", dbOpenSnapshot);
   std::multiset<Long> stored;
-  for (; !orders->Eof(); orders->MoveNext()) {
-    stored.insert(CLng(orders->Fields()->Item("OrderId")->Value()));
-  }
-  EXPECT_EQ(stored.size(), 2u * kOrdersPerProcess);
-  EXPECT_EQ(std::set<Long>(stored.begin(), stored.end()).size(), stored.size());
+  for (const auto& row : testing::SqlRows(file, "SELECT OrderId FROM Orders"))
+    stored.insert(std::stoi(row[0]));
+  EXPECT_EQ(shown.size(), 2u * kOrdersPerProcess);
+  EXPECT_EQ(std::set<Long>(shown.begin(), shown.end()).size(), shown.size());
   EXPECT_EQ(shown, stored);
 }
 

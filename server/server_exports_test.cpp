@@ -1,15 +1,12 @@
-// The server's entry points: class factory by class id, unloading by live objects, and
-// registration into the registry file.
+// The server's entry points: class factory by class id and unloading by live objects (the
+// registration is CreateObject's test).
 #include "server/server_exports.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
-#include "server/class_factory.h"
-#include "server/registry.h"
-#include "server/type_library.h"
 #include <brindleway/hooks.h>
+#include "server/class_factory.h"
+#include "server/type_library.h"
 #include "tests/support/test_support.h"
 
 namespace brindlewayProj::server {
@@ -44,25 +41,6 @@ TEST(ServerExportsTest, CanUnloadOnlyWhenNoObjectIsAlive) {
   }
   EXPECT_EQ(DllCanUnloadNow(), kOk);
   platform::App::SetPath("");
-}
-
-TEST(ServerExportsTest, RegistersThisServerFileAndUnregistersIt) {
-  TempDir dir;
-  const auto file = dir / "registry";
-  setenv("BRINDLEWAY_REGISTRY", file.c_str(), 1);
-  ASSERT_EQ(DllRegisterServer(), kOk);
-  std::optional<ServerLocation> found = FindServer(Registry::Load(file), ProgId());
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->library.filename(), "brindlewayProj.so");
-  EXPECT_TRUE(found->library.is_absolute());
-  EXPECT_TRUE(std::filesystem::exists(found->library));
-
-  ASSERT_EQ(DllUnregisterServer(), kOk);
-  EXPECT_FALSE(FindServer(Registry::Load(file), ProgId()));
-
-  setenv("BRINDLEWAY_REGISTRY", (dir / "registry" / "below-a-file").c_str(), 1);
-  EXPECT_EQ(DllRegisterServer(), kRegistrationFailed);
-  unsetenv("BRINDLEWAY_REGISTRY");
 }
 
 }  // namespace

@@ -37,11 +37,6 @@ INSTANTIATE_TEST_SUITE_P(
                     "SELECT \"ProductName\" FROM \"BasketList\" WHERE ((\"OrderId\" = ?)) ORDER "
                     "BY \"ProductName\" COLLATE NOCASE",
                     {std::int64_t{42}}},
-        Translation{"Select Distinct [Quantity] From [OrderBasket] Where ( [OrderId] = -42 AND "
-                    "[ProductId] = 7 )",
-                    "SELECT DISTINCT \"Quantity\" FROM \"OrderBasket\" WHERE ((\"OrderId\" = ?) "
-                    "AND (\"ProductId\" = ?))",
-                    {std::int64_t{-42}, std::int64_t{7}}},
         Translation{"select * from orders where not (delivery <> 1 or description is null) "
                     "order by [OrderDate] desc, OrderId",
                     "SELECT * FROM \"orders\" WHERE NOT ((\"delivery\" <> ?) OR (\"description\" "
@@ -110,10 +105,6 @@ INSTANTIATE_TEST_SUITE_P(
                 "Syntax error in query expression '#2/30/2026#'."},
         Refusal{"Select * From (Select * From [Orders])", errFromClause,
                 "Syntax error in FROM clause."},
-        Refusal{"Select * From [Orders], [Customers]", errFromClause,
-                "Syntax error in FROM clause."},
-        Refusal{"Select Union From [Orders]", errSyntax,
-                "Syntax error in query expression 'Union From [Orders]'."},
         Refusal{"Select * From [Orders] Where [OrderId] = 1 -- comment", errSyntax,
                 "Syntax error in query expression '[OrderId] = 1 -- comment'."}));
 

@@ -1,6 +1,8 @@
 // Threads: every thread has its own engine, so objects on different threads share nothing but
 // the store file. Eight threads selling at once lose and duplicate no order; an object called
 // from another thread than its own refuses the call and stays usable on its own.
+#include <sqlite3.h>
+
 #include <atomic>
 #include <set>
 #include <thread>

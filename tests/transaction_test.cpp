@@ -1,5 +1,6 @@
 // The four methods with a transaction under contention and inside a client's transaction, on
 // real files with a second connection and a second process; and the keys of new orders.
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "server/server_exports.h"
-#include "server/type_library.h"
 #include "tests/support/test_support.h"
 #include "tools/commands.h"
 
@@ -43,9 +42,10 @@ class ProgramTest : public ::testing::Test {
     return text.str();
   }
 
-  ProgramRun Call(std::vector<String> words) const {
+  // The words of a call on the sample store.
+  std::vector<String> On(std::vector<String> words) const {
     words.insert(words.begin(), {"call", "--store", store_.string()});
-    return Brindleway(words);
+    return words;
   }
 
   TempDir dir_;
@@ -54,72 +54,47 @@ class ProgramTest : public ::testing::Test {
 
 TEST_F(ProgramTest, ASaleFromTheShell) {
   ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
-  ProgramRun started =
-      Call({"StartNewOrder", "ilngCustomerId=1", "iintDelivery=0", "istrDescription= Gift wrap "});
+  ProgramRun started = Brindleway(
+      On({"StartNewOrder", "ilngCustomerId=1", "iintDelivery=0", "istrDescription= Gift wrap "}));
   ASSERT_EQ(started.exitCode, kExitOk) << started.err;
-  EXPECT_NE(started.out.find("status: 0\n"), String::npos) << started.out;
-  EXPECT_NE(started.out.find("ReturnMsg: <CompInfo: brindleway.StartNewOrder> Success\n"),
-            String::npos);
+  EXPECT_NE(
+      started.out.find("status: 0\nReturnMsg: <CompInfo: brindleway.StartNewOrder> Success\n"),
+      String::npos)
+      << started.out;
   std::smatch order;
   ASSERT_TRUE(std::regex_search(started.out, order, std::regex("olngOrderId: (\\d+)")));
-
-  ProgramRun listed = Call({"basketlist", "orderid=" + order[1].str()});
-  EXPECT_EQ(listed.exitCode, kExitOk);
-  EXPECT_NE(listed.out.find("<CompWarning: brindleway.BasketList> Did not find any records"),
-            String::npos)
-      << listed.out;
-
-  ASSERT_EQ(
-      Call({"ProductToBuy", "ilngOrderId=" + order[1].str(), "ilngProductId=1", "ilngQuantity=2"})
-          .exitCode,
-      kExitOk);
-  ProgramRun found = Call({"BasketList", "OrderId=" + order[1].str()});
-  EXPECT_NE(found.out.find("ostrProductNameCol: 1 entries\n  1: \""), String::npos) << found.out;
+  ASSERT_EQ(Brindleway(On({"ProductToBuy", "ilngOrderId=" + order[1].str(), "ilngProductId=2",
+                           "ilngQuantity=2"}))
+                .exitCode,
+            kExitOk);
+  ProgramRun found = Brindleway(On({"basketlist", "orderid=" + order[1].str()}));
+  EXPECT_NE(found.out.find("ostrProductNameCol: 1 entries\n  1: \"Basalt Mortar\""), String::npos)
+      << found.out;
 }
 
 TEST_F(ProgramTest, UsageErrorsAndUnusableFilesHaveTheirExitCodes) {
   ASSERT_EQ(Brindleway({"register"}).exitCode, kExitOk);
-  struct Case {
-    std::vector<String> words;
-    int exitCode;
-    const char* inMessage;
-  };
-  const std::vector<Case> cases = {
-      {{"call", "--store", store_.string(), "StartOrder"}, kExitUsage, "no method 'StartOrder'"},
-      {{"call", "--store", store_.string(), "BasketList", "Order=1"},
-       kExitUsage,
-       "BasketList has no parameter 'Order'"},
-      {{"call", "--store", store_.string(), "BasketList", "OrderId=abc"},
-       kExitUsage,
-       "Type mismatch"},
-      {{"call", "--store", store_.string(), "BasketList"}, kExitUsage, "needs OrderId"},
+  const std::tuple<std::vector<String>, int, const char*> cases[] = {
+      {On({"StartOrder"}), kExitUsage, "no method 'StartOrder'"},
+      {On({"BasketList", "Order=1"}), kExitUsage, "BasketList has no parameter 'Order'"},
+      {On({"BasketList", "OrderId=abc"}), kExitUsage, "Type mismatch"},
+      {On({"BasketList"}), kExitUsage, "needs OrderId"},
       {{"frobnicate"}, kExitUsage, "unknown command"},
       {{"create", "--sample", store_.string()}, kExitEnvironment, "already exists"},
       {{"call", "--store", (dir_ / "none.mdb").string(), "DbDisconnect"},
        kExitEnvironment,
        "none.mdb"},
-      {{"call", "--store", store_.string(), "DeleteAnOrder", "OrderId=999999"}, kExitOk, ""},
+      {On({"DeleteAnOrder", "OrderId=999999"}), kExitOk, ""},
   };
-  for (const Case& c : cases) {
-    ProgramRun run = Brindleway(c.words);
-    EXPECT_EQ(run.exitCode, c.exitCode) << c.words.back() << ": " << run.err;
-    EXPECT_NE(run.err.find(c.inMessage), String::npos) << run.err;
+  for (const auto& [words, exitCode, inMessage] : cases) {
+    ProgramRun run = Brindleway(words);
+    EXPECT_EQ(run.exitCode, exitCode) << words.back() << ": " << run.err;
+    EXPECT_NE(run.err.find(inMessage), String::npos) << run.err;
   }
   ASSERT_EQ(Brindleway({"unregister"}).exitCode, kExitOk);
-  ProgramRun unregistered = Call({"DbDisconnect"});
+  ProgramRun unregistered = Brindleway(On({"DbDisconnect"}));
   EXPECT_EQ(unregistered.exitCode, kExitEnvironment);
   EXPECT_NE(unregistered.err.find("not registered"), String::npos) << unregistered.err;
-}
-
-TEST_F(ProgramTest, HelpListsEveryMethodFromTheTypeLibrary) {
-  ProgramRun help = Brindleway({"call", "--help"});
-  EXPECT_EQ(help.exitCode, kExitOk);
-  for (const server::MethodInfo& method : server::Methods()) {
-    EXPECT_NE(help.out.find(server::Signature(method)), String::npos) << method.name;
-  }
-  for (const char* command : {"create", "register", "demo"}) {
-    EXPECT_EQ(Brindleway({command, "--help"}).exitCode, kExitOk) << command;
-  }
 }
 
 TEST_F(ProgramTest, DemoWalksASaleOnAStoreItCreates) {

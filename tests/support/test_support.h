@@ -1,11 +1,13 @@
-// Test-only helpers shared by the test programs: temporary folders with real store files,
-// and a message-box recorder.
+// Test-only helpers shared by the test programs: temporary folders with real store files, SQL
+// run straight on a store file, and a message-box recorder.
 #pragma once
 
 #include <filesystem>
+#include <memory>
+#include <string>
 #include <vector>
 
-#include <brindleway/types.h>
+#include <brindleway/collection.h>
 
 namespace brindlewayProj::testing {
 
@@ -27,6 +29,17 @@ class TempDir {
 std::filesystem::path MakeStore(const TempDir& dir, bool withSample = true,
                                 const std::string& name = "brindleway.mdb");
 
+// Runs `sql` (one or more statements) on a connection of its own, outside the component and its
+// transactions, and answers the rows it gives with every column as text ("NULL" for NULL). An
+// error fails the test.
+using SqlRow = std::vector<std::string>;
+std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string& sql);
+// The first column of the first row of `sql`, or "no row".
+std::string SqlScalar(const std::filesystem::path& file, const std::string& sql);
+
+// The entries of a collection, in order, as texts.
+std::vector<String> Entries(const std::shared_ptr<Collection>& entries);
+
 // Records every message box shown while it lives, answering OK; restores the default after.
 class MessageBoxRecorder {
  public:
@@ -40,6 +53,15 @@ class MessageBoxRecorder {
 
  private:
   std::vector<Shown> shown_;
+};
+
+// The component's folder for a test: a fresh folder that App.Path names, with US English dates
+// and the message boxes recorded; the defaults come back when it goes.
+class ComponentFolder : public TempDir {
+ public:
+  ComponentFolder();
+  ~ComponentFolder();
+  MessageBoxRecorder boxes;
 };
 
 }  // namespace brindlewayProj::testing

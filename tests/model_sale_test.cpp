@@ -1,0 +1,402 @@
+// Randomized sales: long runs of the order and basket methods on a fresh sample store, every
+// answer checked against a small in-memory model of the orders and their baskets (status, exact
+// ReturnMsg, collections, out-parameters, the caller's Variants). The seed is fixed;
+// BRINDLEWAY_MODEL_SEED and BRINDLEWAY_MODEL_STEPS change it and the length of a run.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <optional>
+#include <random>
+
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
+#include "tests/support/test_support.h"
+
+namespace brindlewayProj::testing {
+namespace {
+
+using std::to_string;
+
+struct Order {
+  Long customer;
+  std::optional<Date> ordered, delivered;
+  Integer delivery;
+  std::optional<String> description;
+};
+struct BasketRow {
+  Long order, product, quantity;
+};
+
+// A date as the store keeps it ("YYYY-MM-DD HH:MM:SS"); "NULL" and the zero date are none.
+std::optional<Date> StoredDate(const std::string& text) {
+  int y, mo, d, h, mi, s;
+  if (std::sscanf(text.c_str(), "%d-%d-%d %d:%d:%d", &y, &mo, &d, &h, &mi, &s) != 6) return {};
+  const Date date{DateSerial(y, mo, d).serial + TimeSerial(h, mi, s).serial};
+  return date.serial == 0 ? std::nullopt : std::optional(date);
+}
+// A stored text as the readers see it: Null, empty and blank texts have no value.
+std::optional<String> StoredText(const std::string& text) {
+  return text == "NULL" || Trim(text).empty() ? std::nullopt : std::optional(text);
+}
+// A date as the listings write it; no date is "<Empty>".
+String Text(std::optional<Date> date) { return date ? CStr(Variant(*date)) : "<Empty>"; }
+String Msg(const char* level, const String& method, const String& text) {
+  return "<" + String(level) + ": brindleway." + method + "> " + text;
+}
+String Found(const String& method, std::size_t rows) {
+  return rows == 0 ? Msg("CompWarning", method, "Did not find any records")
+                   : Msg("CompInfo", method, "Found " + to_string(rows) + " records");
+}
+String RelatedRecordRequired(const String& table) {
+  return "You cannot add or change a record because a related record is required in table '" +
+         table + "'.";
+}
+
+// A caller's collection kept across calls, with what it should hold.
+struct KeptList {
+  std::shared_ptr<Collection> list = std::make_shared<Collection>();
+  std::vector<String> expected;
+};
+
+class ModelSaleTest : public ::testing::Test {
+ protected:
+  ModelSaleTest() : file_(MakeStore(dir_)) {
+    shop_ = std::make_unique<brindleway>();
+    // Beside the samples, rows no method writes: Null and empty names, padded and blank texts,
+    // a Null order date and the zero date.
+    SqlRows(
+        file_,
+        "INSERT INTO Customers VALUES (90, ' Ann', NULL);"
+        "INSERT INTO Products VALUES (91, NULL, 'V', 1), (92, '', 'V', 2), (93, ' Mug ', 'V', 3);"
+        "INSERT INTO Orders VALUES (90, 90, NULL, '1899-12-30 00:00:00', 1, '   '),"
+        " (91, 90, '2026-06-30 14:05:00', NULL, 0, ' lead');"
+        "INSERT INTO OrderBasket VALUES (90, 91, 1), (90, 92, 2), (90, 91, 3), (91, 93, 1);");
+    for (auto& c : SqlRows(file_, "SELECT CustomerId, FirstName, LastName FROM Customers"))
+      customers_[std::stoi(c[0])] = {StoredText(c[1]), StoredText(c[2])};
+    for (auto& p : SqlRows(file_, "SELECT ProductId, ProductName FROM Products"))
+      products_[std::stoi(p[0])] = p[1] == "NULL" ? std::nullopt : std::optional(p[1]);
+    for (auto& o : SqlRows(file_, "SELECT * FROM Orders")) {
+      orders_[std::stoi(o[0])] = {std::stoi(o[1]), StoredDate(o[2]), StoredDate(o[3]),
+                                  Integer(std::stoi(o[4])), StoredText(o[5])};
+    }
+    for (auto& b : SqlRows(file_, "SELECT * FROM OrderBasket ORDER BY rowid"))
+      basket_.push_back({std::stoi(b[0]), std::stoi(b[1]), std::stoi(b[2])});
+    lastKey_ = orders_.rbegin()->first;
+  }
+
+  int Roll(std::size_t n) { return std::uniform_int_distribution<int>(0, int(n) - 1)(random_); }
+  bool Chance(int percent) { return Roll(100) < percent; }
+  template <class Map>
+  auto AnyKey(const Map& map) {
+    return std::next(map.begin(), Roll(map.size()))->first;
+  }
+  // The status and the message of the call under way, of level `level` with `text`.
+  void Expect(Integer status, Integer expected, const char* level, const String& text) {
+    EXPECT_EQ(status, expected) << msg_;
+    EXPECT_EQ(msg_, Msg(level, method_, text));
+  }
+  // The status and message of a reader that found `rows`.
+  void ExpectFound(Integer status, std::size_t rows) {
+    EXPECT_EQ(status, Integer(rows)) << msg_;
+    EXPECT_EQ(msg_, Found(method_, rows));
+  }
+  // Names the call under way in the messages it is checked against and in a failure.
+  ::testing::ScopedTrace Call(const String& method, const String& arguments) {
+    method_ = method;
+    return ::testing::ScopedTrace(__FILE__, __LINE__, method + " " + arguments);
+  }
+  // Mostly a stored order; else one deleted before or one that never was.
+  Long PickOrder() {
+    if (!orders_.empty() && !Chance(15)) return AnyKey(orders_);
+    std::vector<Long> unknown = deleted_;
+    unknown.insert(unknown.end(), {0, -3, lastKey_ + 1000});
+    return unknown[Roll(unknown.size())];
+  }
+  // Mostly the order of a basket row, so that the basket methods find rows.
+  Long PickBasketOrder() {
+    return !basket_.empty() && Chance(60) ? basket_[Roll(basket_.size())].order : PickOrder();
+  }
+  // Mostly a product of the order's basket; sometimes one that is no product.
+  Long PickProduct(Long order) {
+    auto rows = RowsOf(order);
+    if (!rows.empty() && Chance(60)) return rows[Roll(rows.size())]->product;
+    return Chance(92) ? AnyKey(products_) : 999;
+  }
+  Long PickCustomer() { return Chance(90) ? AnyKey(customers_) : 777; }
+  // The basket rows of an order (and product), in the order they were added.
+  std::vector<BasketRow*> RowsOf(Long order, std::optional<Long> product = {}) {
+    std::vector<BasketRow*> rows;
+    for (auto& row : basket_)
+      if (row.order == order && product.value_or(row.product) == row.product) rows.push_back(&row);
+    return rows;
+  }
+
+  // Conversions come before the store sees the row, so a bad value fails before an unknown
+  // customer; only the Update that the store refuses has handed the key to the caller already.
+  void StartNewOrder() {
+    const String descriptions[] = {"Gift wrap", "  Leave at the door ", "   ", ""};
+    const Variant deliveries[] = {Integer(0),  Integer(1),      Integer(2),
+                                  Long(40000), Variant::Null(), Variant::Missing()};
+    const char* failures[] = {"", "", "", "Overflow", "Invalid use of Null", "Type mismatch"};
+    Long key = -5, customer = PickCustomer();
+    Date ordered{DateSerial(2026, 7, 1).serial + (++days_)};
+    const int dateKind = Roll(10);  // 0 to 5 a Date, 6 with a time, 7 and 8 text, 9 no date
+    if (dateKind == 6) ordered.serial += TimeSerial(Roll(24), Roll(60), Roll(60)).serial;
+    const String dateText = CStr(Variant(ordered));
+    Variant orderDate = dateKind < 7 ? Variant(ordered) : Variant(" " + dateText + " ");
+    if (dateKind == 9) orderDate = Variant("soon");
+    const int deliveryKind = Chance(90) ? Roll(3) : 3 + Roll(3);
+    const String text = descriptions[Roll(4)], stored = Trim(text);
+    const bool describe = Chance(80), deliver = Chance(30);
+    const Date deliveredOn{ordered.serial + 3};
+    Variant deliveryDate = deliver ? Variant(deliveredOn) : Variant(),
+            delivery = deliveries[deliveryKind],
+            description = describe ? Variant(text) : Variant::Missing();
+    auto trace = Call("StartNewOrder", "for customer " + to_string(customer));
+    const Integer status =
+        describe ? shop_->StartNewOrder(msg_, key, customer, orderDate, deliveryDate, delivery,
+                                        description)
+                 : shop_->StartNewOrder(msg_, key, customer, orderDate, deliveryDate, delivery);
+    const String error = dateKind == 9 ? "Type mismatch" : failures[deliveryKind];
+    if (!error.empty() || !customers_.contains(customer)) {
+      Expect(status, -1, "CompError", error.empty() ? RelatedRecordRequired("Customers") : error);
+      EXPECT_TRUE(error.empty() ? key > lastKey_ : key == -5) << "key " << key;
+      return;
+    }
+    Expect(status, 0, "CompInfo", "Success");
+    EXPECT_GT(key, lastKey_) << "keys grow, and a deleted order's key is not used again";
+    EXPECT_EQ(CStr(orderDate), dateKind < 7 ? CStr(Variant(ordered)) : dateText);
+    EXPECT_EQ(IsMissing(description) ? "-" : CStr(description), describe ? stored : "-");
+    lastKey_ = key;
+    orders_[key] = {customer, ordered, deliver ? std::optional(deliveredOn) : std::nullopt,
+                    CInt(delivery),
+                    describe && !stored.empty() ? std::optional(stored) : std::nullopt};
+  }
+
+  void ProductToBuy() {
+    Long order = PickOrder(), quantity = Roll(12) - 2;
+    Long product = orders_.contains(order) ? PickProduct(order) : AnyKey(products_);
+    auto trace = Call("ProductToBuy", to_string(order) + "/" + to_string(product));
+    const Integer status = shop_->ProductToBuy(msg_, order, product, quantity);
+    if (!orders_.contains(order) || !products_.contains(product)) {
+      return Expect(status, -1, "CompError",
+                    RelatedRecordRequired(orders_.contains(order) ? "Products" : "Orders"));
+    }
+    Expect(status, 0, "CompInfo", "Success");
+    basket_.push_back({order, product, quantity});
+  }
+
+  // Of several rows of one order and product the first one added changes. A text is trimmed in
+  // the caller's Variant; a value that is no number fails only when there is a row to change.
+  void ModifyOrderQuantity() {
+    Long order = PickBasketOrder(), product = PickProduct(order), number = Roll(20);
+    const std::tuple<Variant, std::optional<Long>, String> values[] = {
+        {Variant(number), number, to_string(number)},
+        {Variant::Missing(), {}, "missing"},
+        {Variant(" 7 "), 7, "7"},
+        {Variant(2.5), 2, "2.5"},
+        {Variant("   "), {}, ""},
+        {Variant("seven"), {}, "seven"}};
+    const int pick = Chance(60) ? 0 : 1 + Roll(5);
+    auto [value, quantity, afterwards] = values[pick];
+    const auto rows = RowsOf(order, product);
+    auto trace = Call("ModifyOrderQuantity",
+                      to_string(order) + "/" + to_string(product) + " with " + afterwards);
+    const Integer status = pick == 1 ? shop_->ModifyOrderQuantity(msg_, order, product)
+                                     : shop_->ModifyOrderQuantity(msg_, order, product, value);
+    if (rows.empty()) return Expect(status, 0, "CompInfo", "No records found. Nothing to update");
+    if (pick == 5) Expect(status, -1, "CompError", "Type mismatch");
+    if (pick != 5) Expect(status, 1, "CompInfo", "Success");
+    EXPECT_EQ(IsMissing(value) ? "missing" : JoinText(value), afterwards);
+    if (quantity) rows[0]->quantity = *quantity;
+  }
+
+  void RemoveFromBasket() {
+    Long order = PickBasketOrder(), product = PickProduct(order);
+    auto trace = Call("RemoveFromBasket", to_string(order) + "/" + to_string(product));
+    const Integer status = shop_->RemoveFromBasket(msg_, order, product);
+    const auto removed = std::erase_if(
+        basket_, [&](const BasketRow& r) { return r.order == order && r.product == product; });
+    if (removed == 0) Expect(status, 0, "CompError", "No records found");
+    if (removed > 0) Expect(status, removed, "CompInfo", to_string(removed) + " records deleted");
+  }
+
+  // The zero date leaves the stored delivery date alone; Delivery is always written.
+  void BuyAnOrder() {
+    Long order = PickOrder();
+    Date delivered = Chance(25) ? Date{} : DateSerial(2026, 9, 1 + Roll(200));
+    Integer delivery = Roll(3);
+    auto trace = Call("BuyAnOrder", to_string(order));
+    const Integer status = shop_->BuyAnOrder(msg_, order, delivered, delivery);
+    const auto found = orders_.find(order);
+    if (found == orders_.end())
+      return Expect(status, 0, "CompInfo", "No records found. Nothing to update");
+    Expect(status, 1, "CompInfo", "Success");
+    if (delivered.serial != 0) found->second.delivered = delivered;
+    found->second.delivery = delivery;
+  }
+
+  // The order's basket rows go with it.
+  void DeleteAnOrder() {
+    Long order = PickOrder();
+    auto trace = Call("DeleteAnOrder", to_string(order));
+    const Integer status = shop_->DeleteAnOrder(msg_, order);
+    if (orders_.erase(order) == 0) return Expect(status, 0, "CompError", "No records found");
+    Expect(status, 1, "CompInfo", "1 records deleted");
+    std::erase_if(basket_, [&](const BasketRow& r) { return r.order == order; });
+    deleted_.push_back(order);
+  }
+
+  // BasketList in name order, GetOrderedProducts each name once in any order.
+  void NameList(bool distinct) {
+    Long order = PickBasketOrder();
+    std::vector<std::optional<String>> stored;  // sorted with Null first
+    for (auto* row : RowsOf(order)) stored.push_back(products_[row->product]);
+    std::ranges::sort(stored);
+    if (distinct) stored.erase(std::unique(stored.begin(), stored.end()), stored.end());
+    std::vector<String> names;
+    for (auto& name : stored) names.push_back(name.value_or("<Empty>"));
+    if (distinct) std::ranges::sort(names);  // in any order: compared as sorted texts
+    KeptList& kept = distinct ? productList_ : basketList_;
+    auto trace = Call(distinct ? "GetOrderedProducts" : "BasketList", to_string(order));
+    ExpectFound(distinct ? shop_->GetOrderedProducts(msg_, kept.list, order)
+                         : shop_->BasketList(msg_, kept.list, order),
+                names.size());
+    if (!names.empty()) kept.expected = names;
+    std::vector<String> entries = Entries(kept.list);
+    if (distinct) std::ranges::sort(entries);
+    EXPECT_EQ(entries, kept.expected);
+  }
+
+  // The distinct quantities of the pair; the first row added gives the one read.
+  void QuantityOrdered() {
+    Long order = PickBasketOrder(), product = PickProduct(order), quantity = -77;
+    std::vector<Long> quantities;
+    for (auto* row : RowsOf(order, product))
+      if (std::ranges::count(quantities, row->quantity) == 0) quantities.push_back(row->quantity);
+    auto trace = Call("QuantityOrdered", to_string(order) + "/" + to_string(product));
+    ExpectFound(shop_->QuantityOrdered(msg_, quantity, order, product), quantities.size());
+    EXPECT_EQ(quantity, quantities.empty() ? -77 : quantities[0]);
+  }
+
+  void BasketTable() {
+    Long order = PickBasketOrder();
+    std::shared_ptr<dao::Recordset> table;
+    auto trace = Call("BasketTable", to_string(order));
+    ExpectFound(shop_->BasketTable(msg_, table, order), RowsOf(order).size());
+  }
+
+  // Kind 0 lists all orders of a customer, newest first; 1 the open ones, in any order; 2 the
+  // shipped ones with their delivery date, newest first. An empty separator becomes ", ".
+  void Listing(int kind) {
+    const String separators[] = {", ", " | ", ""};
+    Long customer = PickCustomer();
+    String separator = separators[Roll(3)];
+    const String given = separator, used = given.empty() ? ", " : given;
+    std::vector<std::pair<double, String>> rows;
+    for (auto& [key, o] : orders_) {
+      if (o.customer != customer || (kind > 0 && o.delivery != kind - 1)) continue;
+      String text = to_string(key) + used + Text(o.ordered);
+      if (kind == 2) text += used + Text(o.delivered);
+      rows.push_back(
+          {o.ordered.value_or(Date{-1e6}).serial, text + used + o.description.value_or("<Empty>")});
+    }
+    std::ranges::stable_sort(rows, std::greater{}, &std::pair<double, String>::first);
+    KeptList& kept = lists_[kind];
+    if (!rows.empty()) kept.expected.clear();
+    for (auto& row : rows) kept.expected.push_back(row.second);
+    const char* methods[] = {"ListOfOrders", "ListOpenOrders", "ListShippedOrders"};
+    auto trace = Call(methods[kind], to_string(customer) + " with '" + given + "'");
+    Integer ignored = 1;
+    ExpectFound(kind == 0   ? shop_->ListOfOrders(msg_, kept.list, separator, customer)
+                : kind == 1 ? shop_->ListOpenOrders(msg_, kept.list, separator, customer, ignored)
+                            : shop_->ListShippedOrders(msg_, kept.list, separator, customer),
+                rows.size());
+    EXPECT_EQ(separator, rows.empty() ? given : used);
+    EXPECT_EQ(ignored, 1) << "ListOpenOrders wrote its Delivery";
+    std::vector<String> entries = Entries(kept.list), expected = kept.expected;
+    if (kind == 1) {
+      std::ranges::sort(entries);
+      std::ranges::sort(expected);
+    }
+    EXPECT_EQ(entries, expected);
+  }
+
+  // Fields without a value leave the caller's variables as they were.
+  void OrderDetail() {
+    Long order = PickOrder(), customer = -1;
+    String first = "f", last = "l", description = "d";
+    Date ordered{1}, delivered{2};
+    Integer delivery = -9;
+    auto trace = Call("OrderDetail", to_string(order));
+    const Integer status = shop_->OrderDetail(msg_, customer, first, last, ordered, delivered,
+                                              delivery, description, order);
+    const auto found = orders_.find(order);
+    const Order* o = found == orders_.end() ? nullptr : &found->second;
+    ExpectFound(status, o ? 1 : 0);
+    using Outs = std::tuple<Long, String, String, String, String, Integer, String>;
+    Outs expected{-1, "f", "l", Text(Date{1}), Text(Date{2}), -9, "d"};
+    if (o) {
+      expected = {o->customer,
+                  customers_[o->customer].first.value_or("f"),
+                  customers_[o->customer].second.value_or("l"),
+                  Text(o->ordered.value_or(Date{1})),
+                  Text(o->delivered.value_or(Date{2})),
+                  o->delivery,
+                  o->description.value_or("d")};
+    }
+    EXPECT_EQ(Outs(customer, first, last, Text(ordered), Text(delivered), delivery, description),
+              expected);
+  }
+
+  ComponentFolder dir_;
+  std::filesystem::path file_;
+  std::unique_ptr<brindleway> shop_;
+  String msg_, method_;
+  std::mt19937 random_;
+  std::map<Long, std::pair<std::optional<String>, std::optional<String>>> customers_;
+  std::map<Long, std::optional<String>> products_;  // Null names are none
+  std::map<Long, Order> orders_;
+  std::vector<BasketRow> basket_;  // in the order the rows were added
+  std::vector<Long> deleted_;
+  Long lastKey_ = 0;
+  int days_ = 0;
+  KeptList basketList_, productList_, lists_[3];
+};
+
+TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
+  const char* seedText = std::getenv("BRINDLEWAY_MODEL_SEED");
+  const char* stepsText = std::getenv("BRINDLEWAY_MODEL_STEPS");
+  const unsigned seed = seedText ? std::stoul(seedText) : 20260701u;
+  const int steps = stepsText ? std::stoi(stepsText) : 1500;
+  random_.seed(seed);
+  const std::pair<double, std::function<void()>> calls[] = {{10, [&] { StartNewOrder(); }},
+                                                            {18, [&] { ProductToBuy(); }},
+                                                            {7, [&] { ModifyOrderQuantity(); }},
+                                                            {6, [&] { RemoveFromBasket(); }},
+                                                            {7, [&] { BuyAnOrder(); }},
+                                                            {3, [&] { DeleteAnOrder(); }},
+                                                            {7, [&] { NameList(false); }},
+                                                            {5, [&] { NameList(true); }},
+                                                            {6, [&] { QuantityOrdered(); }},
+                                                            {4, [&] { BasketTable(); }},
+                                                            {6, [&] { Listing(0); }},
+                                                            {5, [&] { Listing(1); }},
+                                                            {5, [&] { Listing(2); }},
+                                                            {6, [&] { OrderDetail(); }}};
+  std::vector<double> weights;
+  for (auto& call : calls) weights.push_back(call.first);
+  std::discrete_distribution<std::size_t> pick(weights.begin(), weights.end());
+  for (int step = 1; step <= steps && !HasFailure(); ++step) {
+    SCOPED_TRACE("seed " + to_string(seed) + ", step " + to_string(step));
+    calls[pick(random_)].second();
+  }
+  EXPECT_TRUE(dir_.boxes.shown().empty());
+}
+
+}  // namespace
+}  // namespace brindlewayProj::testing
