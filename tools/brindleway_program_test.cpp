@@ -85,6 +85,9 @@ TEST_F(ProgramTest, UsageErrorsAndUnusableFilesHaveTheirExitCodes) {
        kExitEnvironment,
        "none.mdb"},
       {On({"DeleteAnOrder", "OrderId=999999"}), kExitOk, ""},
+      {On({"-v", "ProductToBuy", "ilngOrderId=1", "ilngProductId=999", "ilngQuantity=1"}),
+       kExitCallFailed, "failed query: OrderBasket\nengine code: 787\n"
+                        "engine message: FOREIGN KEY constraint failed"},
   };
   for (const auto& [words, exitCode, inMessage] : cases) {
     ProgramRun run = Brindleway(words);

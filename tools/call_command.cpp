@@ -10,13 +10,15 @@
 namespace brindlewayProj::cli {
 namespace {
 
-constexpr const char* kCallHelp = R"(Usage: brindleway call [--store FILE] METHOD [Name=value ...]
+constexpr const char* kCallHelp = R"(Usage: brindleway call [--store FILE] [--verbose] METHOD [Name=value ...]
 
 Creates brindlewayProj.brindleway through the registry (run 'brindleway register' first),
 calls METHOD late-bound with the arguments given by name, and prints the status (or the
 result), ReturnMsg, and every argument the call changed; collections and recordsets as
 their rows. Without --store the object uses its own store: the one brindlewayProj.ini
 beside the server names, else brindleway.mdb there. --store FILE connects it to FILE.
+--verbose (-v) adds, for a call that failed in the store, the query text that failed and
+the storage engine's own code and message.
 
 Values are typed by the parameter: OrderId=7 is a Long; dates are text such as 2026-11-22
 or 11/22/26; Booleans True/False. An optional Variant takes the type its name tells
@@ -43,13 +45,29 @@ void PrintCallHelp() {
   }
 }
 
+// The context the store kept of the call's failure, if any: what --verbose adds.
+void PrintFailureContext() {
+  const platform::FailureContext& context = platform::Err().Context;
+  if (context.query.empty() && context.engineMessage.empty()) return;
+  std::cerr << "failed query: " << context.query << "\nengine code: " << context.engineCode
+            << "\nengine message: " << context.engineMessage << '\n';
+}
+
 }  // namespace
 
 int CallCommand(Words words) {
   std::optional<String> store;
-  if (words.size() >= 2 && words.front() == "--store") {
-    store = words[1];
-    words = words.subspan(2);
+  bool verbose = false;
+  while (!words.empty()) {
+    if (words.size() >= 2 && words.front() == "--store") {
+      store = words[1];
+      words = words.subspan(2);
+    } else if (words.front() == "--verbose" || words.front() == "-v") {
+      verbose = true;
+      words = words.subspan(1);
+    } else {
+      break;
+    }
   }
   const bool help = AsksForHelp(words);
   try {
@@ -73,15 +91,18 @@ int CallCommand(Words words) {
       std::cerr << "brindleway: " << failure.Description() << '\n';
       return kExitEnvironment;
     }
+    platform::Err().Clear();
     Variant result = CallAndReport(*object, method, arguments, std::cout);
-    return method.result == server::TypeKind::Integer && CInt(result) < 0 ? kExitCallFailed
-                                                                          : kExitOk;
+    const bool failed = method.result == server::TypeKind::Integer && CInt(result) < 0;
+    if (failed && verbose) PrintFailureContext();
+    return failed ? kExitCallFailed : kExitOk;
   } catch (const UsageError& usage) {
     std::cerr << "brindleway: " << usage.what() << '\n';
     return kExitUsage;
   } catch (const platform::Error& failure) {
     std::cerr << "brindleway: the call failed: error " << failure.Number() << ": "
               << failure.Description() << '\n';
+    if (verbose) PrintFailureContext();
     return kExitCallFailed;
   }
 }
