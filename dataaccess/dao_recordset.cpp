@@ -44,26 +44,32 @@ void Recordset::Impl::Load(std::shared_ptr<store::Statement> statement,
   reached = rowCount ? 1 : 0;
 }
 
+// A failed step lets go of the cursor: the statement would start again from its first row.
 void Recordset::Impl::ReadThrough(std::size_t index) {
   internal::WriteContext context{session.get()};
   while (cursor && rowCount <= index) {
-    internal::Guarded(
-        [&] {
-          if (!cursor->Step()) {
-            cursor.reset();  // all rows read: the statement goes back to the connection
-            return;
-          }
-          if (firstColumn) {
-            store::SqlValue rowId = cursor->Column(0);
-            if (std::find(added.begin(), added.end(), rowId) != added.end()) return;
-            rowIds.push_back(std::move(rowId));
-          }
-          for (std::size_t i = 0; i < width; ++i) {
-            values.push_back(cursor->Column(static_cast<int>(firstColumn + i)));
-          }
-          ++rowCount;
-        },
-        context);
+    try {
+      internal::Guarded(
+          [&] {
+            if (!cursor->Step()) {
+              cursor.reset();  // all rows read: the statement goes back to the connection
+              return;
+            }
+            if (firstColumn) {
+              store::SqlValue rowId = cursor->Column(0);
+              if (std::find(added.begin(), added.end(), rowId) != added.end()) return;
+              rowIds.push_back(std::move(rowId));
+            }
+            for (std::size_t i = 0; i < width; ++i) {
+              values.push_back(cursor->Column(static_cast<int>(firstColumn + i)));
+            }
+            ++rowCount;
+          },
+          context);
+    } catch (...) {
+      cursor.reset();
+      throw;
+    }
   }
 }
 
