@@ -12,16 +12,18 @@
 // each call that answered as it must, each line one write(2); reading the pipe to its end after
 // the kill, the parent knows every acknowledged write and the one call that may have been under
 // way. BRINDLEWAY_CRASH_SEED and BRINDLEWAY_CRASH_KILLS override the seed and the kill count.
+#include <brindleway/brindleway.h>
+#include <brindleway/hooks.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
@@ -32,8 +34,6 @@
 #include <sstream>
 #include <thread>
 
-#include <brindleway/brindleway.h>
-#include <brindleway/hooks.h>
 #include "tests/support/test_support.h"
 
 extern char** environ;
@@ -42,8 +42,6 @@ namespace brindlewayProj::testing {
 namespace {
 
 constexpr const char* kChildVariable = "BRINDLEWAY_CRASH_CHILD";  // "<fd> <seed> <folder>"
-constexpr std::uint32_t kDefaultSeed = 20260611;
-constexpr int kDefaultKills = 60;
 using Clock = std::chrono::steady_clock;
 
 // A call as the child announces it: "start 31 2026-03-05 Sale-4" (customer, order date,
@@ -65,27 +63,25 @@ Long Number(const Call& call, std::size_t i) { return static_cast<Long>(std::sto
 // Makes the call; answers its status and, for "start", the new key in `id`.
 Integer Perform(brindleway& shop, const Call& call, Long& id) {
   String msg;
-  Long key = Number(call, 1);
+  Long key = Number(call, 1), product = 0, quantity = 0;
   auto date = [&] {
     int year = 0, month = 0, day = 0;
     std::sscanf(call.at(2).c_str(), "%d-%d-%d", &year, &month, &day);
     return DateSerial(year, month, day);
   };
   if (call[0] == "start") {
-    Variant ordered(date()), none, open(Integer(0)), description(String(call.at(3)));
-    return shop.StartNewOrder(msg, id, key, ordered, none, open, description);
+    Variant ordered(date()), none, open(Integer(0)), text(String(call.at(3)));
+    return shop.StartNewOrder(msg, id, key, ordered, none, open, text);
   }
-  if (call[0] == "ship") {
-    Date delivered = date();
-    Integer shipped = 1;
-    return shop.BuyAnOrder(msg, key, delivered, shipped);
-  }
+  Date delivered = call[0] == "ship" ? date() : Date{};
+  Integer shipped = 1;
+  if (call[0] == "ship") return shop.BuyAnOrder(msg, key, delivered, shipped);
   if (call[0] == "delete") return shop.DeleteAnOrder(msg, key);
-  Long product = Number(call, 2);
+  product = Number(call, 2);
   if (call[0] == "remove") return shop.RemoveFromBasket(msg, key, product);
-  Long quantity = Number(call, 3);
-  if (call[0] == "buy") return shop.ProductToBuy(msg, key, product, quantity);
+  quantity = Number(call, 3);
   Variant newQuantity(quantity);
+  if (call[0] == "buy") return shop.ProductToBuy(msg, key, product, quantity);
   return shop.ModifyOrderQuantity(msg, key, product, newQuantity);
 }
 
@@ -104,131 +100,92 @@ Integer Perform(brindleway& shop, const Call& call, Long& id) {
   brindleway shop;
   say("ready");
   std::mt19937 random(seed);
-  auto number = [&](int from, int to) {
-    return from + static_cast<int>(random() % (to - from + 1));
-  };
-  auto pick = [&](int from, int to) { return std::to_string(number(from, to)); };
+  auto number = [&](int from, int to) { return from + int(random() % (to - from + 1)); };
+  auto pick = [&](int from, int to) { return " " + std::to_string(number(from, to)); };
   auto day = [&] {
     char text[16];
-    std::snprintf(text, sizeof text, "2026-%02d-%02d", number(1, 12), number(1, 28));
+    std::snprintf(text, sizeof text, " 2026-%02d-%02d", number(1, 12), number(1, 28));
     return std::string(text);
   };
   // Every call of the script finds its rows, so any other answer than `expected` is a fault.
   auto run = [&](const std::string& line, Integer expected) {
     say("try " + line);
     Long id = 0;
-    Integer status = 0;
+    std::string fault;
     try {
-      status = Perform(shop, Split(line), id);
+      Integer status = Perform(shop, Split(line), id);
+      if (status != expected) fault = "status " + std::to_string(status);
     } catch (const std::exception& failure) {
-      say("fail " + line + ": threw " + failure.what());
-      _exit(1);
+      fault = std::string("threw ") + failure.what();
     }
-    if (status != expected) {
-      say("fail " + line + ": status " + std::to_string(status));
+    if (!fault.empty()) {
+      say("fail " + line + ": " + fault);
       _exit(1);
     }
     say(line.starts_with("start") ? "ok " + std::to_string(id) : "ok");
-    return std::to_string(id);
+    return " " + std::to_string(id);
   };
   for (int sale = 1;; ++sale) {
-    std::string order =
-        run("start " + pick(31, 33) + " " + day() + " Sale-" + std::to_string(sale), 0);
-    std::vector<std::string> products{"51", "52", "53", "54", "55"};
+    std::string order = run("start" + pick(31, 33) + day() + " Sale-" + std::to_string(sale), 0);
+    std::vector<std::string> products{" 51", " 52", " 53", " 54", " 55"};
     std::shuffle(products.begin(), products.end(), random);
     products.resize(number(1, 3));
-    for (const auto& product : products) run("buy " + order + " " + product + " " + pick(1, 5), 0);
-    if (number(0, 1)) run("modify " + order + " " + products[0] + " " + pick(6, 9), 1);
-    if (products.size() > 1 && number(0, 3) == 0) run("remove " + order + " " + products[1], 1);
-    if (number(0, 1)) run("ship " + order + " " + day(), 1);
-    if (number(0, 5) == 0) run("delete " + order, 1);
+    for (const auto& product : products) run("buy" + order + product + pick(1, 5), 0);
+    if (number(0, 1)) run("modify" + order + products[0] + pick(6, 9), 1);
+    if (products.size() > 1 && number(0, 3) == 0) run("remove" + order + products[1], 1);
+    if (number(0, 1)) run("ship" + order + day(), 1);
+    if (number(0, 5) == 0) run("delete" + order, 1);
   }
 }
 
 // ---- The parent: the kills, and what the store must hold after each. ----
 
-struct Order {
-  Long customer;
-  std::string ordered, delivered, delivery, description;
-};
+// Every row of both tables as one line, as the store's query below writes them.
 struct Model {
-  std::map<Long, Order> orders;
-  std::map<std::pair<Long, Long>, Long> basket;  // (order, product) -> quantity
+  std::map<Long, std::array<std::string, 5>> orders;  // customer, dates, delivery, description
+  std::map<std::pair<Long, Long>, Long> basket;       // (order, product) -> quantity
+  std::multiset<std::string> Lines() const {
+    std::multiset<std::string> lines;
+    for (const auto& [id, o] : orders) {
+      lines.insert("order " + std::to_string(id) + " customer " + o[0] + " ordered " + o[1] +
+                   " delivered " + o[2] + " delivery " + o[3] + " " + o[4]);
+    }
+    for (const auto& [key, quantity] : basket) {
+      lines.insert("basket " + std::to_string(key.first) + " product " +
+                   std::to_string(key.second) + " quantity " + std::to_string(quantity));
+    }
+    return lines;
+  }
 };
 
 void Apply(Model& model, const Call& call, Long id) {
   Long key = Number(call, 1);
-  if (call[0] == "start") {
-    model.orders[id] = {key, call.at(2) + " 00:00:00", "NULL", "0", call.at(3)};
-  } else if (call[0] == "buy" || call[0] == "modify") {
+  if (call[0] == "start") model.orders[id] = {call[1], call[2] + " 00:00:00", "NULL", "0", call[3]};
+  if (call[0] == "buy" || call[0] == "modify")
     model.basket[{key, Number(call, 2)}] = Number(call, 3);
-  } else if (call[0] == "remove") {
-    model.basket.erase({key, Number(call, 2)});
-  } else if (call[0] == "ship") {
-    model.orders.at(key).delivered = call.at(2) + " 00:00:00";
-    model.orders.at(key).delivery = "1";
-  } else if (call[0] == "delete") {
+  if (call[0] == "remove") model.basket.erase({key, Number(call, 2)});
+  if (call[0] == "ship") {
+    model.orders.at(key)[2] = call.at(2) + " 00:00:00";
+    model.orders.at(key)[3] = "1";
+  }
+  if (call[0] == "delete") {
     model.orders.erase(key);
     std::erase_if(model.basket, [&](const auto& row) { return row.first.first == key; });
   }
 }
 
-// One line per row, as Store::Lines reads them from the file.
-std::multiset<std::string> Lines(const Model& model) {
+std::multiset<std::string> StoredLines(const std::filesystem::path& file) {
   std::multiset<std::string> lines;
-  for (const auto& [id, o] : model.orders) {
-    lines.insert("order " + std::to_string(id) + " customer " + std::to_string(o.customer) +
-                 " ordered " + o.ordered + " delivered " + o.delivered + " delivery " + o.delivery +
-                 " " + o.description);
-  }
-  for (const auto& [key, quantity] : model.basket) {
-    lines.insert("basket " + std::to_string(key.first) + " product " + std::to_string(key.second) +
-                 " quantity " + std::to_string(quantity));
-  }
+  for (const auto& row : SqlRows(
+           file,
+           "SELECT printf('order %s customer %s ordered %s delivered %s delivery %s %s', OrderId, "
+           "ifnull(CustomerId, 'NULL'), ifnull(OrderDate, 'NULL'), ifnull(DeliveryDate, 'NULL'), "
+           "ifnull(Delivery, 'NULL'), ifnull(Description, 'NULL')) FROM Orders UNION ALL "
+           "SELECT printf('basket %s product %s quantity %s', ifnull(OrderId, 'NULL'), "
+           "ifnull(ProductId, 'NULL'), ifnull(Quantity, 'NULL')) FROM OrderBasket"))
+    lines.insert(row[0]);
   return lines;
 }
-
-// The parent's own connection to the store file, opened only while no child runs.
-class Store {
- public:
-  explicit Store(const std::filesystem::path& file) { sqlite3_open(file.c_str(), &db_); }
-  ~Store() { sqlite3_close(db_); }
-  Store(const Store&) = delete;
-  Store& operator=(const Store&) = delete;
-  bool Exec(const std::string& statements) {
-    return sqlite3_exec(db_, statements.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
-  }
-  // The first column of every row of `query`, NULL as "NULL"; an error as its message.
-  std::vector<std::string> Column(const std::string& query) {
-    std::vector<std::string> values;
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(db_, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
-      return {std::string("error: ") + sqlite3_errmsg(db_)};
-    }
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      auto text = sqlite3_column_text(statement, 0);
-      values.emplace_back(text ? reinterpret_cast<const char*>(text) : "NULL");
-    }
-    sqlite3_finalize(statement);
-    return values;
-  }
-  // Every row of both tables as one line; a duplicate row shows twice.
-  std::multiset<std::string> Lines() {
-    auto orders = Column(
-        "SELECT printf('order %s customer %s ordered %s delivered %s delivery %s %s', OrderId, "
-        "ifnull(CustomerId, 'NULL'), ifnull(OrderDate, 'NULL'), ifnull(DeliveryDate, 'NULL'), "
-        "ifnull(Delivery, 'NULL'), ifnull(Description, 'NULL')) FROM Orders");
-    auto basket = Column(
-        "SELECT printf('basket %s product %s quantity %s', ifnull(OrderId, 'NULL'), "
-        "ifnull(ProductId, 'NULL'), ifnull(Quantity, 'NULL')) FROM OrderBasket");
-    std::multiset<std::string> lines(orders.begin(), orders.end());
-    lines.insert(basket.begin(), basket.end());
-    return lines;
-  }
-
- private:
-  sqlite3* db_ = nullptr;
-};
 
 // The first lines that set `expected` and `stored` apart.
 std::string Difference(const std::multiset<std::string>& expected,
@@ -237,9 +194,8 @@ std::string Difference(const std::multiset<std::string>& expected,
   std::set_symmetric_difference(expected.begin(), expected.end(), stored.begin(), stored.end(),
                                 std::back_inserter(apart));
   std::string text;
-  for (std::size_t i = 0; i < apart.size() && i < 8; ++i) {
+  for (std::size_t i = 0; i < apart.size() && i < 8; ++i)
     text += (expected.contains(apart[i]) ? "\n  missing: " : "\n  extra:   ") + apart[i];
-  }
   return text;
 }
 
@@ -289,19 +245,20 @@ std::uint32_t FromEnvironment(const char* name, std::uint32_t fallback) {
 TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNoOrder) {
   if (const char* setting = std::getenv(kChildVariable)) RunChild(setting);
   const auto started = Clock::now();
-  const std::uint32_t seed = FromEnvironment("BRINDLEWAY_CRASH_SEED", kDefaultSeed);
-  const int kills = static_cast<int>(FromEnvironment("BRINDLEWAY_CRASH_KILLS", kDefaultKills));
+  const std::uint32_t seed = FromEnvironment("BRINDLEWAY_CRASH_SEED", 20260611);
+  const int kills = static_cast<int>(FromEnvironment("BRINDLEWAY_CRASH_KILLS", 60));
   std::cout << "seed " << seed << " (BRINDLEWAY_CRASH_SEED), " << kills
             << " kills (BRINDLEWAY_CRASH_KILLS)" << std::endl;
   RecordProperty("seed", std::to_string(seed));
   std::mt19937 random(seed);
   TempDir dir;
   auto file = MakeStore(dir, false);
-  ASSERT_TRUE(Store(file).Exec(
-      "INSERT INTO Customers VALUES (31, 'Ines', 'Varga'), (32, 'Tomo', 'Reyes'), "
-      "(33, 'Ola', 'Brandt');"
-      "INSERT INTO Products VALUES (51, 'Lamp', 'Luxa', 24), (52, 'Rope', 'Knotwell', 7.5), "
-      "(53, 'Kettle', 'Boilo', 31), (54, 'Soap', 'Suds', 3.25), (55, 'Map', 'Terra', 12)"));
+  SqlRows(file,
+          "INSERT INTO Customers VALUES (31, 'Ines', 'Varga'), (32, 'Tomo', 'Reyes'), "
+          "(33, 'Ola', 'Brandt');"
+          "INSERT INTO Products VALUES (51, 'Lamp', 'Luxa', 24), (52, 'Rope', 'Knotwell', 7.5), "
+          "(53, 'Kettle', 'Boilo', 31), (54, 'Soap', 'Suds', 3.25), (55, 'Map', 'Terra', 12)");
+  ASSERT_FALSE(HasFailure());
 
   Model model;
   int acknowledged = 0, underWay = 0, landed = 0;
@@ -332,36 +289,33 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
     std::optional<Call> pending;  // announced, not acknowledged
     for (std::string line; std::getline(lines, line);) {
       ASSERT_FALSE(line.starts_with("fail")) << line;
-      if (line.starts_with("try ")) {
-        pending = Split(line.substr(4));
-      } else if (line.starts_with("ok")) {
-        ASSERT_TRUE(pending) << "an acknowledgement without its call";
-        Apply(model, *pending, line.size() > 3 ? std::stol(line.substr(3)) : 0);
-        pending.reset();
-        ++acknowledged;
-      }
+      if (line.starts_with("try ")) pending = Split(line.substr(4));
+      if (!line.starts_with("ok")) continue;
+      ASSERT_TRUE(pending) << "an acknowledgement without its call";
+      Apply(model, *pending, line.size() > 3 ? std::stol(line.substr(3)) : 0);
+      pending.reset();
+      ++acknowledged;
     }
     ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << "child status " << status;
     underWay += pending.has_value();
 
-    Store store(file);
-    ASSERT_EQ(store.Column("PRAGMA integrity_check"), std::vector<std::string>{"ok"});
-    ASSERT_EQ(store.Column("PRAGMA foreign_key_check"), std::vector<std::string>{});
+    ASSERT_EQ(SqlRows(file, "PRAGMA integrity_check"), std::vector<SqlRow>{SqlRow{"ok"}});
+    ASSERT_EQ(SqlRows(file, "PRAGMA foreign_key_check"), std::vector<SqlRow>{});
     // The acknowledged writes, or those and the call under way stored whole; a new order under
     // way would have the highest key.
-    auto stored = store.Lines();
-    if (stored == Lines(model)) continue;
+    auto stored = StoredLines(file);
+    if (stored == model.Lines()) continue;
     Model whole = model;
     std::string call;
     if (pending) {
       Apply(whole, *pending,
-            std::stol(store.Column("SELECT ifnull(max(OrderId), 0) FROM Orders").at(0)));
+            std::stol(SqlScalar(file, "SELECT ifnull(max(OrderId), 0) FROM Orders")));
       for (const auto& word : *pending) call += " " + word;
     }
-    ASSERT_TRUE(pending && stored == Lines(whole))
-        << "the store differs from the acknowledged writes:" << Difference(Lines(model), stored)
+    ASSERT_TRUE(pending && stored == whole.Lines())
+        << "the store differs from the acknowledged writes:" << Difference(model.Lines(), stored)
         << (pending ? "\nand from them with the call under way," + call +
-                          ", stored whole:" + Difference(Lines(whole), stored)
+                          ", stored whole:" + Difference(whole.Lines(), stored)
                     : "");
     model = whole;
     ++landed;
@@ -372,10 +326,10 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
             << model.orders.size() << " orders and " << model.basket.size()
             << " basket rows at the end, " << seconds << " s" << std::endl;
   RecordProperty("kills", kills);
+  RecordProperty("seconds", std::to_string(seconds));
   RecordProperty("acknowledged_writes", acknowledged);
   RecordProperty("kills_with_a_call_under_way", underWay);
   RecordProperty("unacknowledged_calls_stored_whole", landed);
-  RecordProperty("seconds", std::to_string(seconds));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // listings handed a list that is Nothing.
 #include <functional>
 
+#include "tests/support/method_calls.h"
 #include "tests/support/shop_fixture.h"
 
 namespace brindlewayProj::testing {
@@ -22,7 +23,6 @@ TEST_F(FailingCallsTest, AfterDbDisconnectEveryMethodFails) {
   Long order = 42, customer = 17, product = 7, quantity = -1;
   Date date{1};
   Integer delivery = -1;
-  Variant none, open(Integer(0));
   std::pair<String, std::function<Integer()>> failing[] = {
       {"BasketList", [&] { return shop_->BasketList(msg_, list, order); }},
       {"GetOrderedProducts", [&] { return shop_->GetOrderedProducts(msg_, list, order); }},
@@ -54,16 +54,10 @@ TEST_F(FailingCallsTest, AfterDbDisconnectEveryMethodFails) {
             "17-1-1");
   EXPECT_EQ(date, Date{1});
 
-  std::pair<String, std::function<void()>> throwing[] = {
-      {"StartNewOrder", [&] { shop_->StartNewOrder(msg_, order, customer, none, none, open); }},
-      {"ProductToBuy", [&] { shop_->ProductToBuy(msg_, order, product, quantity); }},
-      {"ModifyOrderQuantity", [&] { shop_->ModifyOrderQuantity(msg_, order, product, open); }},
-      {"BuyAnOrder", [&] { shop_->BuyAnOrder(msg_, order, date, delivery); }},
-  };
-  for (auto& [method, call] : throwing) {
+  for (const MethodCall& method : TransactionMethodCalls({17, 42, 7, 8, "Tea", 42, 42})) {
     msg_.clear();
-    EXPECT_THROW(call(), platform::Error) << method;
-    EXPECT_EQ(msg_, "<CompError: brindleway." + method + kNotSet);
+    EXPECT_THROW(method.call(*shop_, msg_), platform::Error) << method.name;
+    EXPECT_EQ(msg_, "<CompError: brindleway." + String(method.name) + kNotSet);
   }
 }
 

@@ -341,13 +341,10 @@ class ModelSaleTest : public ::testing::Test {
     using Outs = std::tuple<Long, String, String, String, String, Integer, String>;
     Outs expected{-1, "f", "l", Text(Date{1}), Text(Date{2}), -9, "d"};
     if (o) {
-      expected = {o->customer,
-                  customers_[o->customer].first.value_or("f"),
-                  customers_[o->customer].second.value_or("l"),
-                  Text(o->ordered.value_or(Date{1})),
-                  Text(o->delivered.value_or(Date{2})),
-                  o->delivery,
-                  o->description.value_or("d")};
+      const auto& [firstName, lastName] = customers_.at(o->customer);
+      expected = Outs(o->customer, firstName.value_or("f"), lastName.value_or("l"),
+                      Text(o->ordered.value_or(Date{1})), Text(o->delivered.value_or(Date{2})),
+                      o->delivery, o->description.value_or("d"));
     }
     EXPECT_EQ(Outs(customer, first, last, Text(ordered), Text(delivered), delivery, description),
               expected);
@@ -374,26 +371,17 @@ TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
   const unsigned seed = seedText ? std::stoul(seedText) : 20260701u;
   const int steps = stepsText ? std::stoi(stepsText) : 1500;
   random_.seed(seed);
-  const std::pair<double, std::function<void()>> calls[] = {{10, [&] { StartNewOrder(); }},
-                                                            {18, [&] { ProductToBuy(); }},
-                                                            {7, [&] { ModifyOrderQuantity(); }},
-                                                            {6, [&] { RemoveFromBasket(); }},
-                                                            {7, [&] { BuyAnOrder(); }},
-                                                            {3, [&] { DeleteAnOrder(); }},
-                                                            {7, [&] { NameList(false); }},
-                                                            {5, [&] { NameList(true); }},
-                                                            {6, [&] { QuantityOrdered(); }},
-                                                            {4, [&] { BasketTable(); }},
-                                                            {6, [&] { Listing(0); }},
-                                                            {5, [&] { Listing(1); }},
-                                                            {5, [&] { Listing(2); }},
-                                                            {6, [&] { OrderDetail(); }}};
-  std::vector<double> weights;
-  for (auto& call : calls) weights.push_back(call.first);
-  std::discrete_distribution<std::size_t> pick(weights.begin(), weights.end());
+  const double weights[] = {10, 18, 7, 6, 7, 3, 7, 5, 6, 4, 6, 5, 5, 6};
+  const std::function<void()> calls[] = {
+      [&] { StartNewOrder(); },    [&] { ProductToBuy(); }, [&] { ModifyOrderQuantity(); },
+      [&] { RemoveFromBasket(); }, [&] { BuyAnOrder(); },   [&] { DeleteAnOrder(); },
+      [&] { NameList(false); },    [&] { NameList(true); }, [&] { QuantityOrdered(); },
+      [&] { BasketTable(); },      [&] { Listing(0); },     [&] { Listing(1); },
+      [&] { Listing(2); },         [&] { OrderDetail(); }};
+  std::discrete_distribution<std::size_t> pick(std::begin(weights), std::end(weights));
   for (int step = 1; step <= steps && !HasFailure(); ++step) {
     SCOPED_TRACE("seed " + to_string(seed) + ", step " + to_string(step));
-    calls[pick(random_)].second();
+    calls[pick(random_)]();
   }
   EXPECT_TRUE(dir_.boxes.shown().empty());
 }

@@ -4,7 +4,6 @@
 // reads a whole table (a dynaset that loads every row identity, a scan without an index) takes
 // ten times the steps on the larger store and fails here, however fast the machine.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <memory>
 
@@ -26,8 +25,6 @@ constexpr Long kFirstOrder = 100'001;  // three orders from here on belong to kC
 // A store of `orders` background orders (three basket lines each) plus the three orders of the
 // customer under test, made with SQL inside one transaction.
 void FillStore(const std::filesystem::path& file, int orders) {
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
   std::string sql = R"sql(
     BEGIN;
     WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900)
@@ -47,10 +44,7 @@ void FillStore(const std::filesystem::path& file, int orders) {
                                    (100002, 90, 1), (100002, 5, 2), (100003, 6, 1);
     COMMIT;)sql";
   sql.replace(sql.find("ORDERS"), 6, std::to_string(orders));
-  char* error = nullptr;
-  EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error), SQLITE_OK) << error;
-  sqlite3_free(error);
-  sqlite3_close(db);
+  SqlRows(file, sql);
 }
 
 const SaleIds kIds{kCustomer, kFirstOrder, kProduct, 7, "Probe Lantern", kFirstOrder + 1,
@@ -61,14 +55,10 @@ std::vector<std::uint64_t> StepsPerCall(int orders) {
   TempDir dir;
   auto file = MakeStore(dir, false);
   FillStore(file, orders);
-  platform::App::SetPath(dir.path().string());
+  platform::App::SetPath(dir.path().string());  // the object opens the store there
   brindleway shop;
   platform::App::SetPath("");
   String msg;
-  std::shared_ptr<dao::Workspace> workspace;
-  std::shared_ptr<dao::Database> database;
-  Variant path(file.string());
-  EXPECT_EQ(shop.DbConnect(msg, workspace, database, path), 0) << msg;
   std::vector<std::uint64_t> steps;
   for (const MethodCall& call : StoreMethodCalls(kIds)) {
     auto before = store::sqlite::VmStepsForTesting();

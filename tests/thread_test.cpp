@@ -1,8 +1,6 @@
 // Threads: every thread has its own engine, so objects on different threads share nothing but
 // the store file. Eight threads selling at once lose and duplicate no order; an object called
 // from another thread than its own refuses the call and stays usable on its own.
-#include <sqlite3.h>
-
 #include <atomic>
 #include <set>
 #include <thread>
@@ -71,13 +69,11 @@ void Sell(Long customer, Seller& seller) {
 TEST(ThreadTest, EightThreadsSellingAtOnceLoseAndDuplicateNoOrder) {
   TempDir dir;
   auto store = MakeStore(dir, false);
-  sqlite3* db = nullptr;
-  sqlite3_open(store.c_str(), &db);
   std::string customers = "INSERT INTO Products VALUES (7, 'Tea', 'Leafco', 4.5), (8, 'Mug', 'Clay', 9);";
   for (int i = 1; i <= kThreads; ++i) {
     customers += "INSERT INTO Customers VALUES (" + std::to_string(100 + i) + ", 'C', 'D');";
   }
-  ASSERT_EQ(sqlite3_exec(db, customers.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+  SqlRows(store, customers);
   platform::App::SetPath(dir.path().string());
   std::vector<Seller> sellers(kThreads);
   {
@@ -93,12 +89,10 @@ TEST(ThreadTest, EightThreadsSellingAtOnceLoseAndDuplicateNoOrder) {
     conflicts += sellers[i].lockConflicts;
   }
   // Every acknowledged order is stored once, under its customer; no other order is.
-  sqlite3_stmt* stored = nullptr;
-  sqlite3_prepare_v2(db, "SELECT OrderId, CustomerId FROM Orders", -1, &stored, nullptr);
   std::set<Long> found;
-  while (sqlite3_step(stored) == SQLITE_ROW) found.insert(sqlite3_column_int(stored, 0));
-  sqlite3_finalize(stored);
-  sqlite3_close(db);
+  for (const auto& row : SqlRows(store, "SELECT OrderId FROM Orders")) {
+    found.insert(std::stol(row[0]));
+  }
   EXPECT_EQ(found, acknowledged);
   RecordProperty("lock_conflicts", conflicts);
 }

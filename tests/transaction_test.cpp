@@ -177,17 +177,15 @@ TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
     SCOPED_TRACE(key);
     TempDir dir;
     auto file = dir / "brindleway.mdb";
-    sqlite3* db = nullptr;
-    sqlite3_open(file.c_str(), &db);
-    std::string schema =
+    const std::string schema =
         "CREATE TABLE Customers (CustomerId INTEGER PRIMARY KEY, FirstName TEXT, LastName TEXT);"
         "CREATE TABLE Orders (OrderId " + std::string(key) +
         ", CustomerId INTEGER REFERENCES Customers(CustomerId), OrderDate DATETIME,"
         " DeliveryDate DATETIME, Delivery SMALLINT, Description TEXT);"
         "INSERT INTO Customers VALUES (1, 'Ada', 'Moss');"
         "INSERT INTO Orders (OrderId, CustomerId, Delivery) VALUES (5, 1, 0);";
-    ASSERT_EQ(sqlite3_exec(db, schema.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(db);
+    SqlRows(file, schema);
+    ASSERT_FALSE(HasFailure());
     platform::App::SetPath(dir.path().string());
     brindleway shop;
     platform::App::SetPath("");
@@ -198,10 +196,7 @@ TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
     EXPECT_EQ(refused, 6);
     EXPECT_EQ(shop.StartNewOrder(msg, stored, known, none, none, open), 0) << msg;
     EXPECT_EQ(stored, 7);
-    std::shared_ptr<dao::Recordset> rows =
-        dao::DBEngine().Workspaces(0)->OpenDatabase(file.string())->OpenRecordset(
-            "Select [OrderId] From [Orders] Where [OrderId] > 5", dao::dbOpenSnapshot);
-    EXPECT_EQ(CLng(rows->Fields()->Item("OrderId")->Value()), 7);
+    EXPECT_EQ(SqlScalar(file, "SELECT group_concat(OrderId) FROM Orders WHERE OrderId > 5"), "7");
   }
 }
 
