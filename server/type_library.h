@@ -81,9 +81,6 @@ std::span<const MethodInfo> Methods();
 const MethodInfo* FindMethod(std::string_view name);
 const MethodInfo* FindMethod(Long dispId);
 
-// Whether two names (or GUID texts) are equal without regard to ASCII case.
-
-
 // The index of the named parameter without regard to case, or -1.
 int FindParam(const MethodInfo& method, std::string_view name);
 
