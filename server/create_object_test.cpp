@@ -7,8 +7,7 @@
 #include <cstdlib>
 
 #include <brindleway/brindleway.h>
-#include <brindleway/hooks.h>
-#include "server/registry.h"
+#include "server/registration.h"
 #include "server/server_exports.h"
 #include "server/type_library.h"
 #include "tests/support/test_support.h"

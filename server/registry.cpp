@@ -1,4 +1,4 @@
-// Reading and writing the registry file, and the entries of this server in it.
+// Reading and writing the registry file, and finding a server in it.
 #include "server/registry.h"
 
 #include <unistd.h>
@@ -6,35 +6,20 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include <brindleway/error.h>
 
 #include "platform/ascii.h"
-#include "server/type_library.h"
 
 namespace brindlewayProj::server {
 namespace {
+
+String Key(std::string_view a, std::string_view b) { return String(a) + "\\" + String(b); }
 
 [[noreturn]] void RaiseAccess(const std::filesystem::path& file, const String& what) {
   platform::Raise(platform::errPathFileAccess,
                   platform::RuntimeErrorText(platform::errPathFileAccess) + ": " + what + " '" +
                       file.string() + "'");
-}
-
-String Key(std::string_view a, std::string_view b) { return String(a) + "\\" + String(b); }
-
-String ClassKey() { return Key("CLSID", Library().classGuid); }
-String InterfaceKey() { return Key("Interface", Library().interfaceGuid); }
-String TypeLibKey() { return Key("TypeLib", Library().libraryGuid); }
-String VersionKey() {
-  return Key(TypeLibKey(),
-             std::to_string(Library().majorVersion) + "." + std::to_string(Library().minorVersion));
-}
-String LocaleKey() {
-  std::ostringstream hex;
-  hex << std::hex << Library().localeId;
-  return Key(Key(VersionKey(), hex.str()), "linux");
 }
 
 }  // namespace
@@ -115,27 +100,6 @@ void Registry::RemoveTree(const String& key) {
     const String candidate = entry.first + "\\";
     return platform::StartsWithIgnoringAsciiCase(candidate, root);
   });
-}
-
-void RegisterServer(Registry& registry, const std::filesystem::path& library) {
-  const LibraryInfo& info = Library();
-  const String path = library.string();
-  registry.Set(Key(ProgId(), "CLSID"), String(info.classGuid));
-  registry.Set(ClassKey(), String(info.className));
-  registry.Set(Key(ClassKey(), "InprocServer32"), path);
-  registry.Set(Key(ClassKey(), "ProgID"), ProgId());
-  registry.Set(Key(ClassKey(), "TypeLib"), String(info.libraryGuid));
-  registry.Set(InterfaceKey(), String(info.interfaceName));
-  registry.Set(Key(InterfaceKey(), "TypeLib"), String(info.libraryGuid));
-  registry.Set(VersionKey(), String(info.helpString));
-  registry.Set(LocaleKey(), path);
-}
-
-void UnregisterServer(Registry& registry) {
-  registry.RemoveTree(ProgId());
-  registry.RemoveTree(ClassKey());
-  registry.RemoveTree(InterfaceKey());
-  registry.RemoveTree(TypeLibKey());
 }
 
 std::optional<ServerLocation> FindServer(const Registry& registry, const String& progId) {

@@ -39,12 +39,6 @@ class Registry {
   std::map<String, String, KeyLess> entries_;
 };
 
-// Enters class brindleway, interface _brindleway and library brindlewayProj with the server
-// file `library`, under the names and ids of the type library.
-void RegisterServer(Registry& registry, const std::filesystem::path& library);
-// Takes out everything RegisterServer entered; entries of other servers stay.
-void UnregisterServer(Registry& registry);
-
 // The server file registered for a programmatic id such as "brindlewayProj.brindleway", and
 // the class id to ask its factory for; nullopt when the id is not registered.
 struct ServerLocation {

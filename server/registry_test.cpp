@@ -1,5 +1,5 @@
 // The registry file: where it lies, reading and writing it, and this server's entries in it.
-#include "server/registry.h"
+#include "server/registration.h"
 
 #include <gtest/gtest.h>
 

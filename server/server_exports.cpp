@@ -7,7 +7,7 @@
 
 #include "platform/ascii.h"
 #include "server/class_factory.h"
-#include "server/registry.h"
+#include "server/registration.h"
 #include "server/type_library.h"
 
 namespace brindlewayProj::server {

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include <brindleway/export.h>
+
 namespace brindlewayProj::server {
 class ClassFactory;
 
@@ -31,18 +33,18 @@ struct VersionInfo {
 
 extern "C" {
 // kOk when no object made by the factory is alive any more, otherwise kFalse.
-brindlewayProj::server::HResult DllCanUnloadNow();
+BRINDLEWAY_API brindlewayProj::server::HResult DllCanUnloadNow();
 // Hands out the factory of the class `classGuid` ("{...}", in any case) in `*factory`;
 // kClassNotAvailable for another class, kPointerError for a null argument.
-brindlewayProj::server::HResult DllGetClassObject(const char* classGuid,
-                                                  brindlewayProj::server::ClassFactory** factory);
+BRINDLEWAY_API brindlewayProj::server::HResult DllGetClassObject(
+    const char* classGuid, brindlewayProj::server::ClassFactory** factory);
 // Enters this file in the registry (see registry.h); kRegistrationFailed when the registry
 // cannot be read or written.
-brindlewayProj::server::HResult DllRegisterServer();
+BRINDLEWAY_API brindlewayProj::server::HResult DllRegisterServer();
 // Takes this server's entries out of the registry; kRegistrationFailed as above.
-brindlewayProj::server::HResult DllUnregisterServer();
+BRINDLEWAY_API brindlewayProj::server::HResult DllUnregisterServer();
 // The version block of this file; it stays valid while the file is loaded.
-const brindlewayProj::server::VersionInfo* DllGetVersionInfo();
+BRINDLEWAY_API const brindlewayProj::server::VersionInfo* DllGetVersionInfo();
 }
 
 // The entry points' types, for clients that look them up with dlsym.

@@ -1,11 +1,17 @@
-// The server's entry points: class factory by class id and unloading by live objects (the
-// registration is CreateObject's test).
+// The server file as clients load it: its entry points (class factory by class id, unloading
+// by live objects, registration into the registry file) and its folder as App.Path.
 #include "server/server_exports.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <regex>
+
 #include <brindleway/hooks.h>
 #include "server/class_factory.h"
+#include "server/registry.h"
 #include "server/type_library.h"
 #include "tests/support/test_support.h"
 
@@ -23,7 +29,10 @@ TEST(ServerExportsTest, HandsOutTheFactoryOfItsOwnClassOnly) {
   String lower(Library().classGuid);
   for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   EXPECT_EQ(DllGetClassObject(lower.c_str(), &factory), kOk);
-  EXPECT_EQ(factory, &BrindlewayClassFactory());
+  ASSERT_NE(factory, nullptr);
+  ClassFactory* again = nullptr;
+  EXPECT_EQ(DllGetClassObject(String(Library().classGuid).c_str(), &again), kOk);
+  EXPECT_EQ(again, factory);
 }
 
 TEST(ServerExportsTest, CanUnloadOnlyWhenNoObjectIsAlive) {
@@ -31,16 +40,76 @@ TEST(ServerExportsTest, CanUnloadOnlyWhenNoObjectIsAlive) {
   testing::MakeStore(dir);
   platform::App::SetPath(dir.path().string());
   EXPECT_EQ(DllCanUnloadNow(), kOk);
+  ClassFactory* factory = nullptr;
+  ASSERT_EQ(DllGetClassObject(String(Library().classGuid).c_str(), &factory), kOk);
   {
-    std::shared_ptr<Dispatch> first = BrindlewayClassFactory().CreateInstance();
-    std::shared_ptr<Dispatch> second = BrindlewayClassFactory().CreateInstance();
-    EXPECT_EQ(ObjectsAlive(), 2);
+    std::shared_ptr<Dispatch> first = factory->CreateInstance();
+    std::shared_ptr<Dispatch> second = factory->CreateInstance();
     EXPECT_EQ(DllCanUnloadNow(), kFalse);
     first.reset();
     EXPECT_EQ(DllCanUnloadNow(), kFalse);
   }
   EXPECT_EQ(DllCanUnloadNow(), kOk);
   platform::App::SetPath("");
+}
+
+TEST(ServerExportsTest, RegistersThisServerFileAndUnregistersIt) {
+  TempDir dir;
+  const auto file = dir / "registry";
+  setenv("BRINDLEWAY_REGISTRY", file.c_str(), 1);
+  ASSERT_EQ(DllRegisterServer(), kOk);
+  std::optional<ServerLocation> found = FindServer(Registry::Load(file), ProgId());
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->library.filename(), "brindlewayProj.so");
+  EXPECT_TRUE(found->library.is_absolute());
+  EXPECT_TRUE(std::filesystem::exists(found->library));
+
+  ASSERT_EQ(DllUnregisterServer(), kOk);
+  EXPECT_FALSE(FindServer(Registry::Load(file), ProgId()));
+
+  setenv("BRINDLEWAY_REGISTRY", (dir / "registry" / "below-a-file").c_str(), 1);
+  EXPECT_EQ(DllRegisterServer(), kRegistrationFailed);
+  unsetenv("BRINDLEWAY_REGISTRY");
+}
+
+// Every symbol the file exports belongs to the public headers or is an entry point; internal
+// functions and instances of standard templates stay inside.
+TEST(ServerExportsTest, TheFileExportsThePublicSurfaceOnly) {
+  const String command = String("nm -D --defined-only --demangle ") + BRINDLEWAY_SERVER_FILE;
+  std::unique_ptr<FILE, int (*)(FILE*)> nm(popen(command.c_str(), "r"), &pclose);
+  ASSERT_TRUE(nm);
+  const String classes =
+      "brindleway|Variant|Collection|Object|server::Dispatch|"
+      "dao::(Field|Fields|Recordset|Database|Workspace|Engine)|platform::(Error|ErrObject|App)";
+  const String functions =
+      "VarType|IsMissing|IsNull|IsEmpty|IsObject|CStr|CLng|CInt|CDbl|CDate|CBool|JoinText|"
+      "HasValue|Trim|DateSerial|TimeSerial|dao::DBEngine|"
+      "platform::(Err|Raise|RuntimeErrorText|SetMessageBoxHandler|SetRegionalLocale)";
+  const std::regex publicName(
+      "Dll(CanUnloadNow|GetClassObject|RegisterServer|UnregisterServer|GetVersionInfo)|"
+      "(typeinfo for |typeinfo name for |vtable for )brindlewayProj::(" + classes + ")|"
+      "brindlewayProj::((" + classes + ")::|(" + functions + ")[[(]).*");
+  int exported = 0;
+  char line[4096];
+  while (fgets(line, sizeof line, nm.get())) {
+    std::string symbol(line);
+    symbol = symbol.substr(symbol.find(' ', symbol.find(' ') + 1) + 1);  // after address and kind
+    symbol.pop_back();
+    EXPECT_TRUE(std::regex_match(symbol, publicName)) << symbol;
+    ++exported;
+  }
+  EXPECT_GT(exported, 100);
+}
+
+TEST(ServerExportsTest, AppPathIsTheFolderOfTheServerFile) {
+  const String folder = platform::App::Path();
+  EXPECT_EQ(std::filesystem::path(folder),
+            std::filesystem::path(BRINDLEWAY_SERVER_FILE).parent_path());
+  EXPECT_TRUE(std::filesystem::is_regular_file(folder + "/" + platform::App::EXEName() + ".so"));
+  platform::App::SetPath("/srv/shop");
+  EXPECT_EQ(platform::App::Path(), "/srv/shop");
+  platform::App::SetPath("");
+  EXPECT_EQ(platform::App::Path(), folder);
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
-// The commands of the brindleway program. Each takes the words after its name and answers
-// the process's exit code (see ExitCode).
+// The commands of the brindleway program. Each command file has one function that adds its
+// subcommand (options, help and action) to the command line; main() calls them in turn, so a
+// new command is a new file and one more line there.
 #pragma once
 
-#include <span>
-
 #include <brindleway/types.h>
+
+namespace CLI {
+class App;
+}
 
 namespace brindlewayProj::cli {
 
@@ -16,15 +19,26 @@ enum ExitCode : int {
   kExitEnvironment = 3,  // a file or the registry could not be used; the object was not created
 };
 
-using Words = std::span<const String>;
+// What every command shares: the options given before or after its name, and the exit code
+// its action leaves.
+class Program {
+ public:
+  bool quiet = false;    // -q: nothing on standard output but what --json asks for
+  bool verbose = false;  // -v: which registry, server file and store are used
+  int exitCode = kExitOk;
 
-int CreateCommand(Words words);
-int RegisterCommand(Words words);
-int UnregisterCommand(Words words);
-int CallCommand(Words words);
-int DemoCommand(Words words);
+  // A message for people about what was done ("created store ..."): on standard output, or
+  // with --json on standard error; nothing with -q.
+  void Note(const String& text, bool json = false) const;
+  // A detail for -v, on standard error.
+  void Detail(const String& text) const;
+  // A failure, on standard error: "brindleway: text".
+  static void Fail(const String& text);
+};
 
-// Whether `words` asks for help ("--help" or "-h" anywhere).
-bool AsksForHelp(Words words);
+void AddCreateCommand(CLI::App& app, Program& program);
+void AddRegisterCommands(CLI::App& app, Program& program);
+void AddCallCommand(CLI::App& app, Program& program);
+void AddDemoCommand(CLI::App& app, Program& program);
 
 }  // namespace brindlewayProj::cli

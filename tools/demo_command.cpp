@@ -3,29 +3,39 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include <brindleway/dao.h>
 #include <brindleway/hooks.h>
 #include "store/schema.h"
 #include "tools/commands.h"
+#include "tools/json_forms.h"
 #include "tools/late_call.h"
 #include "tools/session.h"
 
 namespace brindlewayProj::cli {
 namespace {
 
-constexpr const char* kDemoHelp = R"(Usage: brindleway demo [--store FILE]
-
-Walks through a typical sale on a store: StartNewOrder, ProductToBuy for three products,
+constexpr const char* kDemoFooter =
+    R"(Walks through a typical sale on a store: StartNewOrder, ProductToBuy for three products,
 ModifyOrderQuantity, RemoveFromBasket, BasketList, BasketTable, QuantityOrdered,
 ListOpenOrders, BuyAnOrder, ListShippedOrders, OrderDetail and ListOfOrders, printing
-each call with its status, message and changed arguments. The object is created through
-the registry (run 'brindleway register' first) and connected to FILE, by default
-brindleway.mdb beside brindlewayProj.so; a missing store is created with sample data.
+each call with its status, message and changed arguments (with --json one JSON line per
+call, as 'brindleway call --json' prints it, with the "arguments" given). The object is
+created through the registry (run 'brindleway register' first) and connected to FILE, by
+default brindleway.mdb beside brindlewayProj.so; a missing store is created with sample
+data.
 
 Exit codes: 0 every call answered status 0 or more; 1 a call answered -1 or failed;
-2 a usage error; 3 the store or the object could not be used.
-)";
+2 a usage error; 3 the store or the object could not be used.)";
+
+struct DemoOptions {
+  String store;
+  bool json = false;
+};
 
 // The first `count` values of a whole-number column, in order.
 std::vector<String> FirstKeys(dao::Database& store, const String& column, const String& table,
@@ -64,19 +74,32 @@ String ShellWord(const String& assignment) {
 
 class Demo {
  public:
-  explicit Demo(server::Dispatch& object) : object_(object) {}
+  Demo(server::Dispatch& object, const Program& program, bool json)
+      : object_(object), program_(program), json_(json) {}
 
   // Prints and makes one call; a status below 0 or a failed call stops the demo.
   std::vector<server::Argument> Call(const String& methodName,
                                      const std::vector<String>& assignments) {
     const server::MethodInfo& method = MethodNamed(methodName);
-    std::cout << "\n> " << method.name;
-    for (const String& assignment : assignments) std::cout << ' ' << ShellWord(assignment);
-    std::cout << '\n';
     std::vector<server::Argument> arguments = ArgumentsFromText(method, assignments);
-    if (CInt(CallAndReport(object_, method, arguments, std::cout)) < 0) {
-      throw Stopped{};
+    const CallReport report = CallMethod(object_, method, arguments);
+    if (json_) {
+      Json answer = JsonOf(report);
+      Json given = Json::object();
+      for (const String& assignment : assignments) {
+        const std::size_t equals = assignment.find('=');
+        given[assignment.substr(0, equals)] = assignment.substr(equals + 1);
+      }
+      answer["arguments"] = std::move(given);
+      std::cout << JsonLine(answer) << '\n';
+    } else if (!program_.quiet || ExitCodeOf(report) != kExitOk) {
+      std::cout << "\n> " << method.name;
+      for (const String& assignment : assignments) std::cout << ' ' << ShellWord(assignment);
+      std::cout << '\n';
+      WriteText(report, std::cout);
     }
+    if (report.failure) throw *report.failure;
+    if (ExitCodeOf(report) != kExitOk) throw Stopped{};
     return arguments;
   }
 
@@ -84,6 +107,8 @@ class Demo {
 
  private:
   server::Dispatch& object_;
+  const Program& program_;
+  const bool json_;
 };
 
 Variant ArgumentValue(const std::vector<server::Argument>& arguments, const String& name) {
@@ -115,27 +140,16 @@ void WalkTheSale(Demo& demo, const String& customer, const std::vector<String>& 
   demo.Call("ListOfOrders", {"istrSeparator= | ", "CustomerId=" + customer});
 }
 
-}  // namespace
-
-int DemoCommand(Words words) {
-  if (AsksForHelp(words)) {
-    std::cout << kDemoHelp;
-    return kExitOk;
-  }
-  String storeFile = platform::App::Path() + "/brindleway.mdb";
-  if (words.size() == 2 && words.front() == "--store") {
-    storeFile = words[1];
-  } else if (!words.empty()) {
-    std::cerr << "brindleway: unexpected '" << words.front() << "'\n\n" << kDemoHelp;
-    return kExitUsage;
-  }
+int RunDemo(const DemoOptions& options, const Program& program) {
+  const String storeFile =
+      options.store.empty() ? platform::App::Path() + "/brindleway.mdb" : options.store;
   String customer;
   std::vector<String> products;
   std::shared_ptr<server::Dispatch> object;
   try {
     if (!std::filesystem::exists(storeFile)) {
       store::CreateStore(storeFile, true);
-      std::cout << "created sample store " << storeFile << '\n';
+      program.Note("created sample store " + storeFile, options.json);
     }
     {
       std::shared_ptr<dao::Database> database =
@@ -143,24 +157,37 @@ int DemoCommand(Words words) {
       customer = FirstKeys(*database, "CustomerId", "Customers", 1).front();
       products = FirstKeys(*database, "ProductId", "Products", 3);
     }
-    object = OpenSession(storeFile);
+    object = OpenSession(storeFile, program);
   } catch (const platform::Error& failure) {
-    std::cerr << "brindleway: " << storeFile << ": " << failure.Description() << '\n';
+    Program::Fail(storeFile + ": " + failure.Description());
     return kExitEnvironment;
   }
-  std::cout << "store " << storeFile << ", customer " << customer << '\n';
-  Demo demo(*object);
+  program.Note("store " + storeFile + ", customer " + customer, options.json);
+  Demo demo(*object, program, options.json);
   try {
     WalkTheSale(demo, customer, products);
   } catch (const Demo::Stopped&) {
-    std::cerr << "brindleway: the demo stopped at a failed call\n";
+    Program::Fail("the demo stopped at a failed call");
     return kExitCallFailed;
   } catch (const platform::Error& failure) {
-    std::cerr << "brindleway: the call failed: error " << failure.Number() << ": "
-              << failure.Description() << '\n';
+    Program::Fail("the call failed: error " + std::to_string(failure.Number()) + ": " +
+                  failure.Description());
     return kExitCallFailed;
   }
   return kExitOk;
+}
+
+}  // namespace
+
+void AddDemoCommand(CLI::App& app, Program& program) {
+  auto options = std::make_shared<DemoOptions>();
+  CLI::App* command =
+      app.add_subcommand("demo", "Walk through a typical sale, printing every call");
+  command->footer(kDemoFooter);
+  command->add_option("--store", options->store,
+                      "The store file, created with sample data when missing");
+  command->add_flag("--json", options->json, "One JSON line per call");
+  command->callback([options, &program] { program.exitCode = RunDemo(*options, program); });
 }
 
 }  // namespace brindlewayProj::cli

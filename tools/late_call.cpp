@@ -1,4 +1,4 @@
-// Command-line arguments of a late-bound call, and the report of its answer.
+// Arguments of a late-bound call, the call, and the text report of its answer.
 #include "tools/late_call.h"
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include <brindleway/collection.h>
+#include "tools/commands.h"
 #include "tools/value_text.h"
 
 namespace brindlewayProj::cli {
@@ -27,8 +28,8 @@ bool IsOutput(const ParamInfo& param) {
                                        std::islower(static_cast<unsigned char>(param.name[1])));
 }
 
-// The type a text is converted to: the parameter's, or for a Variant its name's kind.
-TypeKind TextType(const ParamInfo& param) {
+// The type a given value is converted to: the parameter's, or for a Variant its name's kind.
+TypeKind ValueType(const ParamInfo& param) {
   if (param.type != TypeKind::Variant) return param.type;
   std::string_view kind = param.name.substr(std::min<std::size_t>(1, param.name.size()), 3);
   if (kind == "lng") return TypeKind::Long;
@@ -37,9 +38,30 @@ TypeKind TextType(const ParamInfo& param) {
   return TypeKind::String;
 }
 
-Variant ValueFromText(const ParamInfo& param, const String& text) {
-  const Variant given(text);
-  switch (TextType(param)) {
+// The entries of a Collection parameter: a Collection as given, or a text split at commas.
+std::shared_ptr<Collection> CollectionFrom(const Variant& given) {
+  if (IsObject(given)) {
+    if (auto items = given.ObjectAs<Collection>()) return items;
+    platform::Raise(platform::errTypeMismatch);
+  }
+  const String text = CStr(given);
+  auto items = std::make_shared<Collection>();
+  for (std::size_t start = 0; start <= text.size();) {
+    std::size_t comma = std::min(text.find(',', start), text.size());
+    items->Add(Variant(text.substr(start, comma - start)));
+    start = comma + 1;
+  }
+  return items;
+}
+
+// The value a parameter takes from what was given. A Null given for a Variant stays Null (the
+// method then sees no value); a list fits a Collection only.
+Variant ValueFor(const ParamInfo& param, const Variant& given) {
+  if (param.type == TypeKind::Variant && IsNull(given)) return given;
+  if (IsObject(given) && param.type != TypeKind::Collection) {
+    platform::Raise(platform::errTypeMismatch);
+  }
+  switch (ValueType(param)) {
     case TypeKind::Integer:
       return CInt(given);
     case TypeKind::Long:
@@ -48,20 +70,14 @@ Variant ValueFromText(const ParamInfo& param, const String& text) {
       return CDate(given);
     case TypeKind::Boolean:
       return CBool(given);
-    case TypeKind::Collection: {
-      auto items = std::make_shared<Collection>();
-      for (std::size_t start = 0; start <= text.size();) {
-        std::size_t comma = std::min(text.find(',', start), text.size());
-        items->Add(Variant(text.substr(start, comma - start)));
-        start = comma + 1;
-      }
-      return items;
-    }
+    case TypeKind::String:
+      return CStr(given);
+    case TypeKind::Collection:
+      return CollectionFrom(given);
     case TypeKind::Recordset:
     case TypeKind::Workspace:
     case TypeKind::Database:
-      throw UsageError(String(param.name) + " is an object and cannot be given as text");
-    case TypeKind::String:
+      throw UsageError(String(param.name) + " is an object and cannot be given");
     case TypeKind::Variant:
       break;
   }
@@ -109,27 +125,23 @@ const server::MethodInfo& MethodNamed(const String& name) {
   return *method;
 }
 
-std::vector<server::Argument> ArgumentsFromText(const server::MethodInfo& method,
-                                                std::span<const String> assignments) {
+std::vector<server::Argument> ArgumentsFromValues(const server::MethodInfo& method,
+                                                  std::span<const GivenArgument> givenArguments) {
   std::vector<std::optional<Variant>> given(method.params.size());
-  for (const String& assignment : assignments) {
-    std::size_t equals = assignment.find('=');
-    if (equals == String::npos) {
-      throw UsageError("'" + assignment + "' is not of the form Name=value");
-    }
-    const String name = assignment.substr(0, equals);
-    int index = server::FindParam(method, name);
+  for (const GivenArgument& argument : givenArguments) {
+    int index = server::FindParam(method, argument.name);
     if (index < 0) {
-      throw UsageError(String(method.name) + " has no parameter '" + name +
+      throw UsageError(String(method.name) + " has no parameter '" + argument.name +
                        "' (parameters: " + ParameterList(method) + ")");
     }
     const ParamInfo& param = method.params[index];
     if (given[index]) throw UsageError(String(param.name) + " is given twice");
     try {
-      given[index] = ValueFromText(param, assignment.substr(equals + 1));
+      given[index] = ValueFor(param, argument.value);
     } catch (const platform::Error& failure) {
-      throw UsageError(assignment + ": " + failure.Description() + " (" + String(param.name) +
-                       " is " + String(server::TypeName(TextType(param))) + ")");
+      throw UsageError(argument.name + "=" + argument.shown + ": " + failure.Description() + " (" +
+                       String(param.name) + " is " + String(server::TypeName(ValueType(param))) +
+                       ")");
     }
   }
   std::vector<server::Argument> arguments;
@@ -146,37 +158,65 @@ std::vector<server::Argument> ArgumentsFromText(const server::MethodInfo& method
   return arguments;
 }
 
-Variant CallAndReport(server::Dispatch& object, const server::MethodInfo& method,
-                      std::vector<server::Argument>& arguments, std::ostream& out) {
+std::vector<server::Argument> ArgumentsFromText(const server::MethodInfo& method,
+                                                std::span<const String> assignments) {
+  std::vector<GivenArgument> given;
+  for (const String& assignment : assignments) {
+    std::size_t equals = assignment.find('=');
+    if (equals == String::npos) {
+      throw UsageError("'" + assignment + "' is not of the form Name=value");
+    }
+    String text = assignment.substr(equals + 1);
+    given.push_back({assignment.substr(0, equals), Variant(text), text});
+  }
+  return ArgumentsFromValues(method, given);
+}
+
+CallReport CallMethod(server::Dispatch& object, const server::MethodInfo& method,
+                      std::vector<server::Argument>& arguments) {
   std::vector<std::vector<String>> before;
   for (const server::Argument& argument : arguments) before.push_back(ValueLines(argument.value));
 
-  Variant result;
+  CallReport report;
+  report.method = &method;
   try {
-    result = object.Invoke(String(method.name), arguments);
-  } catch (const platform::Error&) {
-    // A failure that left the method may still have written ReturnMsg first.
-    for (const server::Argument& argument : arguments) {
-      if (argument.name == "ReturnMsg" && !CStr(argument.value).empty()) {
-        out << "ReturnMsg: " << CStr(argument.value) << '\n';
-      }
-    }
-    throw;
+    report.result = object.Invoke(String(method.name), arguments);
+  } catch (const platform::Error& failure) {
+    report.failure = failure;
   }
-
-  out << (method.result == TypeKind::Integer ? "status: " : "result: ") << CStr(result) << '\n';
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const server::Argument& argument = arguments[i];
     if (argument.name == "ReturnMsg") {
-      out << "ReturnMsg: " << CStr(argument.value) << '\n';
-      continue;
+      report.returnMsg = CStr(argument.value);
+    } else if (!report.failure && ValueLines(argument.value) != before[i]) {
+      report.changed.push_back(argument);
     }
-    std::vector<String> after = ValueLines(argument.value);
-    if (after == before[i]) continue;
-    out << argument.name << ": " << after.front() << '\n';
-    for (std::size_t line = 1; line < after.size(); ++line) out << after[line] << '\n';
   }
-  return result;
+  return report;
+}
+
+int ExitCodeOf(const CallReport& report) {
+  if (report.failure) return kExitCallFailed;
+  return report.method->result == TypeKind::Integer && CInt(report.result) < 0 ? kExitCallFailed
+                                                                               : kExitOk;
+}
+
+void WriteText(const CallReport& report, std::ostream& out) {
+  if (report.failure) {
+    // A failure that left the method may still have written ReturnMsg first.
+    if (report.returnMsg && !report.returnMsg->empty()) {
+      out << "ReturnMsg: " << OneLine(*report.returnMsg) << '\n';
+    }
+    return;
+  }
+  out << (report.method->result == TypeKind::Integer ? "status: " : "result: ")
+      << ValueLines(report.result).front() << '\n';
+  if (report.returnMsg) out << "ReturnMsg: " << OneLine(*report.returnMsg) << '\n';
+  for (const server::Argument& argument : report.changed) {
+    std::vector<String> lines = ValueLines(argument.value);
+    out << argument.name << ": " << lines.front() << '\n';
+    for (std::size_t line = 1; line < lines.size(); ++line) out << lines[line] << '\n';
+  }
 }
 
 }  // namespace brindlewayProj::cli

@@ -1,11 +1,12 @@
-// The object the call and demo commands work on: created through CreateObject, and
-// connected to a given store when one is named.
+// The object the call and demo commands work on: created through the registry, and connected
+// to a given store when one is named.
 #pragma once
 
 #include <memory>
 #include <optional>
 
 #include <brindleway/dispatch.h>
+#include "tools/commands.h"
 
 namespace brindlewayProj::cli {
 
@@ -13,8 +14,10 @@ namespace brindlewayProj::cli {
 // connection it made at creation (brindlewayProj.ini, or brindleway.mdb beside the server).
 // With `store` it is connected to that file by DbConnect; the message box of a failed
 // connection to the default store at creation is then not shown, as that store is not used.
-// A failure raises platform::Error (429 when the object cannot be created; the DbConnect
-// message when the store cannot be opened).
-std::shared_ptr<server::Dispatch> OpenSession(const std::optional<String>& store);
+// A failure raises platform::Error: 429 when the class is not registered (saying how to
+// register it) or the object cannot be created; the DbConnect message when the store cannot
+// be opened. With -v it tells which registry, server file and store it uses.
+std::shared_ptr<server::Dispatch> OpenSession(const std::optional<String>& store,
+                                              const Program& program);
 
 }  // namespace brindlewayProj::cli

@@ -1,97 +1,89 @@
 // The commands that set up: create a store file, register and unregister the server.
-#include <iostream>
+#include <filesystem>
+#include <memory>
 
+#include <CLI/CLI.hpp>
+
+#include <brindleway/error.h>
 #include "server/registry.h"
 #include "server/server_exports.h"
 #include "server/type_library.h"
-#include <brindleway/error.h>
 #include "store/schema.h"
 #include "tools/commands.h"
 
 namespace brindlewayProj::cli {
 namespace {
 
-constexpr const char* kCreateHelp = R"(Usage: brindleway create [--sample] FILE
+constexpr const char* kCreateFooter =
+    R"(Writes a new store file with the tables Customers, Products, Orders and OrderBasket and
+the queries OrdersWithNames and BasketList. An existing FILE is never touched (exit code 3).)";
 
-Writes a new store file with the tables Customers, Products, Orders and OrderBasket and
-the queries OrdersWithNames and BasketList. --sample adds invented customers, products
-and a few orders with baskets. An existing FILE is never touched (exit code 3).
-)";
-
-constexpr const char* kRegisterHelp = R"(Usage: brindleway register
-       brindleway unregister
-
-Enters (or takes out) the server file this program uses, brindlewayProj.so, with class
+constexpr const char* kRegisterFooter =
+    R"(Enters (or takes out) the server file this program uses, brindlewayProj.so, with class
 brindleway, interface _brindleway and type library brindlewayProj, in the registry: the
 file named by BRINDLEWAY_REGISTRY, else $XDG_CONFIG_HOME/brindleway/registry, else
-~/.config/brindleway/registry. Entries of other servers stay as they are.
-)";
+~/.config/brindleway/registry. Entries of other servers stay as they are.)";
 
-int ChangeRegistration(Words words, server::HResult (*change)(), const char* done) {
-  if (AsksForHelp(words)) {
-    std::cout << kRegisterHelp;
-    return kExitOk;
-  }
-  if (!words.empty()) {
-    std::cerr << "brindleway: unexpected '" << words.front() << "'\n\n" << kRegisterHelp;
-    return kExitUsage;
-  }
-  const String registry = server::RegistryFile().string();
-  if (change() != server::kOk) {
-    std::cerr << "brindleway: cannot change the registry " << registry << '\n';
+struct CreateOptions {
+  std::filesystem::path file;
+  bool sample = false;
+};
+
+int Create(const CreateOptions& options, const Program& program) {
+  std::error_code ignored;
+  if (std::filesystem::exists(options.file, ignored)) {
+    Program::Fail(options.file.string() + " already exists; it is left as it is");
     return kExitEnvironment;
   }
-  std::cout << done << ' ' << server::ProgId();
-  if (auto location = server::FindServer(server::Registry::Load(registry), server::ProgId())) {
-    std::cout << " (" << location->library.string() << ')';
+  try {
+    store::CreateStore(options.file, options.sample);
+  } catch (const platform::Error& failure) {
+    Program::Fail("cannot create " + options.file.string() + ": " + failure.Description());
+    return kExitEnvironment;
   }
-  std::cout << " in " << registry << '\n';
+  program.Note(String("created ") + (options.sample ? "sample store " : "store ") +
+               options.file.string());
+  return kExitOk;
+}
+
+int ChangeRegistration(const Program& program, server::HResult (*change)(), const char* done) {
+  const String registry = server::RegistryFile().string();
+  if (change() != server::kOk) {
+    Program::Fail("cannot change the registry " + registry);
+    return kExitEnvironment;
+  }
+  String note = done + (' ' + server::ProgId());
+  if (auto location = server::FindServer(server::Registry::Load(registry), server::ProgId())) {
+    note += " (" + location->library.string() + ')';
+  }
+  program.Note(note + " in " + registry);
   return kExitOk;
 }
 
 }  // namespace
 
-bool AsksForHelp(Words words) {
-  for (const String& word : words) {
-    if (word == "--help" || word == "-h") return true;
-  }
-  return false;
+void AddCreateCommand(CLI::App& app, Program& program) {
+  auto options = std::make_shared<CreateOptions>();
+  CLI::App* command = app.add_subcommand("create", "Write a new store file");
+  command->footer(kCreateFooter);
+  command->add_flag("--sample", options->sample,
+                    "Add invented customers, products and a few orders with baskets");
+  command->add_option("FILE", options->file, "The store file to write")->required();
+  command->callback([options, &program] { program.exitCode = Create(*options, program); });
 }
 
-int CreateCommand(Words words) {
-  if (AsksForHelp(words)) {
-    std::cout << kCreateHelp;
-    return kExitOk;
-  }
-  bool withSample = !words.empty() && words.front() == "--sample";
-  if (withSample) words = words.subspan(1);
-  if (words.size() != 1 || words.front().starts_with("-")) {
-    std::cerr << "brindleway: create takes one FILE\n\n" << kCreateHelp;
-    return kExitUsage;
-  }
-  const std::filesystem::path file = words.front();
-  std::error_code ignored;
-  if (std::filesystem::exists(file, ignored)) {
-    std::cerr << "brindleway: " << file.string() << " already exists; it is left as it is\n";
-    return kExitEnvironment;
-  }
-  try {
-    store::CreateStore(file, withSample);
-  } catch (const platform::Error& failure) {
-    std::cerr << "brindleway: cannot create " << file.string() << ": " << failure.Description()
-              << '\n';
-    return kExitEnvironment;
-  }
-  std::cout << "created " << (withSample ? "sample store " : "store ") << file.string() << '\n';
-  return kExitOk;
-}
-
-int RegisterCommand(Words words) {
-  return ChangeRegistration(words, &DllRegisterServer, "registered");
-}
-
-int UnregisterCommand(Words words) {
-  return ChangeRegistration(words, &DllUnregisterServer, "unregistered");
+void AddRegisterCommands(CLI::App& app, Program& program) {
+  CLI::App* enter =
+      app.add_subcommand("register", "Enter the server brindlewayProj.so in the registry");
+  enter->footer(kRegisterFooter);
+  enter->callback([&program] {
+    program.exitCode = ChangeRegistration(program, &DllRegisterServer, "registered");
+  });
+  CLI::App* remove = app.add_subcommand("unregister", "Take the server out of the registry");
+  remove->footer(kRegisterFooter);
+  remove->callback([&program] {
+    program.exitCode = ChangeRegistration(program, &DllUnregisterServer, "unregistered");
+  });
 }
 
 }  // namespace brindlewayProj::cli

@@ -36,14 +36,16 @@
 #include <brindleway/collection.h>
 #include <brindleway/dao.h>
 #include <brindleway/error.h>
+#include <brindleway/export.h>
 #include <brindleway/hooks.h>
 #include <brindleway/variant.h>
+#include <brindleway/version.h>
 
 namespace brindlewayProj {
 
 struct BrindlewayTestAccess;  // test-only window on the private methods
 
-class brindleway {
+class BRINDLEWAY_API brindleway {
  public:
   using WorkspaceRef = std::shared_ptr<dao::Workspace>;
   using DatabaseRef = std::shared_ptr<dao::Database>;
@@ -166,15 +168,15 @@ class brindleway {
  private:
   friend struct BrindlewayTestAccess;
 
-  void Class_Initialize();
-  void Class_Terminate();
-  String ReadDbPath();
-  bool HasValue(Variant& vValue);
-  String BuildWhere(String& sField, Variant& vValue, bool& bConnect, Variant& vConnector,
-                    Variant& vCompOp);
-  void ClearCollection(CollectionRef& colTarget);
-  String BuildReturnMsg(const String& sMethodName, Byte bLevel,
-                        const Variant& vText = Variant::Missing());
+  BRINDLEWAY_HIDDEN void Class_Initialize();
+  BRINDLEWAY_HIDDEN void Class_Terminate();
+  BRINDLEWAY_HIDDEN String ReadDbPath();
+  BRINDLEWAY_HIDDEN bool HasValue(Variant& vValue);
+  BRINDLEWAY_HIDDEN String BuildWhere(String& sField, Variant& vValue, bool& bConnect,
+                                      Variant& vConnector, Variant& vCompOp);
+  BRINDLEWAY_HIDDEN void ClearCollection(CollectionRef& colTarget);
+  BRINDLEWAY_HIDDEN String BuildReturnMsg(const String& sMethodName, Byte bLevel,
+                                          const Variant& vText = Variant::Missing());
 
   DatabaseRef mDBase;
   WorkspaceRef mWSpace;

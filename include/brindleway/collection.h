@@ -3,11 +3,12 @@
 
 #include <deque>
 
+#include <brindleway/export.h>
 #include <brindleway/variant.h>
 
 namespace brindlewayProj {
 
-class Collection : public Object {
+class BRINDLEWAY_API Collection : public Object {
  public:
   Long Count() const;
   // Appends a copy of the value (a reference is read out first).

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include <brindleway/export.h>
 #include <brindleway/variant.h>
 
 namespace brindlewayProj::dao {
@@ -15,7 +16,7 @@ inline constexpr Long dbOpenSnapshot = 4;
 inline constexpr Long dbFailOnError = 128;
 inline constexpr Long dbUpdateRegular = 1;
 
-class Field : public Object {
+class BRINDLEWAY_API Field : public Object {
  public:
   String Name() const;
   // The value in the recordset's current row: Null for SQL NULL, otherwise the kind of the
@@ -31,7 +32,7 @@ class Field : public Object {
   std::shared_ptr<Impl> impl_;
 };
 
-class Fields : public Object {
+class BRINDLEWAY_API Fields : public Object {
  public:
   Long Count() const;
   // By name, in any case; an unknown name raises 3265 "Item not found in this collection.".
@@ -46,7 +47,7 @@ class Fields : public Object {
   std::shared_ptr<Impl> impl_;
 };
 
-class Recordset : public Object {
+class BRINDLEWAY_API Recordset : public Object {
  public:
   // The rows reached so far: 0 without rows, 1 right after opening, the total after MoveLast.
   Long RecordCount() const;
@@ -73,7 +74,7 @@ class Recordset : public Object {
   std::shared_ptr<Impl> impl_;
 };
 
-class Database : public Object {
+class BRINDLEWAY_API Database : public Object {
  public:
   // Opens a query text or a table name as a snapshot or a dynaset.
   std::shared_ptr<Recordset> OpenRecordset(const String& name, Long type = dbOpenDynaset);
@@ -91,7 +92,7 @@ class Database : public Object {
   std::shared_ptr<Impl> impl_;
 };
 
-class Workspace : public Object {
+class BRINDLEWAY_API Workspace : public Object {
  public:
   // Opens the store file at `name` (host path rules), shared, for reading and writing.
   std::shared_ptr<Database> OpenDatabase(const String& name);
@@ -106,7 +107,7 @@ class Workspace : public Object {
   std::shared_ptr<Impl> impl_;
 };
 
-class Engine : public Object {
+class BRINDLEWAY_API Engine : public Object {
  public:
   // The engine's workspaces; 0 is the default workspace, which exists without being created.
   std::shared_ptr<Workspace> Workspaces(Integer index);
@@ -122,6 +123,6 @@ class Engine : public Object {
 // with it its own workspaces, connections, statements and transactions: nothing of the object
 // model is shared between threads. An object of the model is used on the thread whose engine
 // made it; a call from another thread raises errWrongThread and touches nothing.
-Engine& DBEngine();
+BRINDLEWAY_API Engine& DBEngine();
 
 }  // namespace brindlewayProj::dao

@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 
+#include <brindleway/export.h>
 #include <brindleway/object.h>
 #include <brindleway/variant.h>
 
@@ -29,7 +30,7 @@ struct Argument {
 
 // An object behind its late-bound interface. The caller owns it through the shared_ptr; it is
 // used on the thread that created it.
-class Dispatch : public Object {
+class BRINDLEWAY_API Dispatch : public Object {
  public:
   // The dispatch id of the named method, without regard to case; an unknown name raises 438.
   virtual Long GetIdOfName(const String& name) const = 0;

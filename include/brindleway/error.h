@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include <brindleway/export.h>
 #include <brindleway/types.h>
 
 namespace brindlewayProj::platform {
@@ -29,7 +30,7 @@ enum ErrorNumber : Long {
 
 // The runtime's own text for one of its error numbers ("Overflow" for 6); an unknown
 // number gives "Application-defined or object-defined error".
-String RuntimeErrorText(Long number);
+BRINDLEWAY_API String RuntimeErrorText(Long number);
 
 // A failure as the runtime raises it: a number and a description.
 // Where a store failure came from, beside its number and description: the query text that
@@ -41,7 +42,7 @@ struct FailureContext {
   String engineMessage;
 };
 
-class Error : public std::runtime_error {
+class BRINDLEWAY_API Error : public std::runtime_error {
  public:
   Error(Long number, const String& description, FailureContext context = {});
   explicit Error(Long number);  // with the runtime's own text
@@ -57,18 +58,18 @@ class Error : public std::runtime_error {
   FailureContext context_;
 };
 
-[[noreturn]] void Raise(Long number);
-[[noreturn]] void Raise(Long number, const String& description);
+[[noreturn]] BRINDLEWAY_API void Raise(Long number);
+[[noreturn]] BRINDLEWAY_API void Raise(Long number, const String& description);
 
 // The current failure of the running method, as a handler sees it; cleared when a method
 // arms its failure path. One per thread, as calls run on their caller's thread.
-struct ErrObject {
+struct BRINDLEWAY_API ErrObject {
   Long Number = 0;
   String Description;
   FailureContext Context;
   void Clear();
   void Set(const Error& failure);
 };
-ErrObject& Err();
+BRINDLEWAY_API ErrObject& Err();
 
 }  // namespace brindlewayProj::platform

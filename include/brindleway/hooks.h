@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include <brindleway/export.h>
 #include <brindleway/types.h>
 
 namespace brindlewayProj::platform {
@@ -13,10 +14,10 @@ using MessageBoxHandler = std::function<Integer(const String& prompt, Integer fl
 
 // Replaces the handler for the whole process; an empty handler restores the default, which
 // writes the prompt to standard error and answers OK at once, since no user may be present.
-void SetMessageBoxHandler(MessageBoxHandler handler);
+BRINDLEWAY_API void SetMessageBoxHandler(MessageBoxHandler handler);
 
 // The runtime's App object: where the component was loaded from and under which name.
-class App {
+class BRINDLEWAY_API App {
  public:
   // The folder of brindlewayProj.so as the dynamic loader reports it, without a closing
   // separator, unless SetPath replaced it.
@@ -29,6 +30,6 @@ class App {
 
 // Chooses the locale of date texts by name ("de_DE", "en_US.UTF-8"); an empty name goes back
 // to the process locale (LC_ALL, LC_TIME, LANG; unset, "C" and "POSIX" mean US English).
-void SetRegionalLocale(const String& name);
+BRINDLEWAY_API void SetRegionalLocale(const String& name);
 
 }  // namespace brindlewayProj::platform

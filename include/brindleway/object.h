@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <brindleway/error.h>
+#include <brindleway/export.h>
 
 namespace brindlewayProj {
 
@@ -11,7 +12,7 @@ class Variant;
 
 // Collections and the data-access objects derive from Object. An object with a default
 // value (a Field and its Value) answers it, so that tests and conversions look through it.
-class Object {
+class BRINDLEWAY_API Object {
  public:
   virtual ~Object() = default;
   virtual bool HasDefaultValue() const { return false; }

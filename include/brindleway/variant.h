@@ -6,6 +6,7 @@
 #include <memory>
 #include <variant>
 
+#include <brindleway/export.h>
 #include <brindleway/object.h>
 #include <brindleway/types.h>
 
@@ -29,7 +30,7 @@ enum VbVarType : Integer {
 // The code of the missing marker: an optional argument that was left out.
 inline constexpr Long kMissingCode = static_cast<Long>(0x80020004u);
 
-class Variant {
+class BRINDLEWAY_API Variant {
  public:
   Variant() = default;  // Empty
   static Variant Null();
@@ -97,33 +98,33 @@ class Variant {
 
 // The kind word seen through a reference and through an object's default value (a Field
 // reports the kind of its Value); Nothing and objects without a default value are vbObject.
-Integer VarType(const Variant& value);
-bool IsMissing(const Variant& value);
-bool IsNull(const Variant& value);  // looks through a Field to its Value
-bool IsEmpty(const Variant& value);
-bool IsObject(const Variant& value);
+BRINDLEWAY_API Integer VarType(const Variant& value);
+BRINDLEWAY_API bool IsMissing(const Variant& value);
+BRINDLEWAY_API bool IsNull(const Variant& value);  // looks through a Field to its Value
+BRINDLEWAY_API bool IsEmpty(const Variant& value);
+BRINDLEWAY_API bool IsObject(const Variant& value);
 
 // The platform's conversions: halves round to even; out of range raises 6 "Overflow";
 // Null raises 94 "Invalid use of Null"; text that is no number or date raises 13
 // "Type mismatch"; Empty is 0, the empty String or day 0; a Boolean is -1 or 0.
-String CStr(const Variant& value);
-Long CLng(const Variant& value);
-Integer CInt(const Variant& value);
-Double CDbl(const Variant& value);
-Date CDate(const Variant& value);
-bool CBool(const Variant& value);
+BRINDLEWAY_API String CStr(const Variant& value);
+BRINDLEWAY_API Long CLng(const Variant& value);
+BRINDLEWAY_API Integer CInt(const Variant& value);
+BRINDLEWAY_API Double CDbl(const Variant& value);
+BRINDLEWAY_API Date CDate(const Variant& value);
+BRINDLEWAY_API bool CBool(const Variant& value);
 
 // The text form of the join operator: like CStr, but Null and Empty give "".
-String JoinText(const Variant& value);
+BRINDLEWAY_API String JoinText(const Variant& value);
 
 // Whether a value was really given: False for the missing marker, Nothing, Null, Empty,
 // a text of blanks only (trimmed in place, also through a reference) and Date 0.
-bool HasValue(Variant& value);
+BRINDLEWAY_API bool HasValue(Variant& value);
 
 // Removes leading and trailing blanks (U+0020) and nothing else.
-String Trim(const String& text);
+BRINDLEWAY_API String Trim(const String& text);
 
-Date DateSerial(Integer year, Integer month, Integer day);
-Date TimeSerial(Integer hour, Integer minute, Integer second);
+BRINDLEWAY_API Date DateSerial(Integer year, Integer month, Integer day);
+BRINDLEWAY_API Date TimeSerial(Integer hour, Integer minute, Integer second);
 
 }  // namespace brindlewayProj
