@@ -88,6 +88,8 @@ TEST(ServerExportsTest, TheFileExportsThePublicSurfaceOnly) {
   const std::regex publicName(
       "Dll(CanUnloadNow|GetClassObject|RegisterServer|UnregisterServer|GetVersionInfo)|"
       "(typeinfo for |typeinfo name for |vtable for )brindlewayProj::(" + classes + ")|"
+      // clang's function sanitizer adds the type information of function types
+      "(typeinfo for |typeinfo name for )[^(]+ \\(.*\\)|"
       "brindlewayProj::((" + classes + ")::|(" + functions + ")[[(]).*");
   int exported = 0;
   char line[4096];
