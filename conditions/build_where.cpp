@@ -26,8 +26,9 @@ String brindleway::BuildWhere(String& sField, Variant& vValue, bool& bConnect, V
     const Integer kind = VarType(vValue);
     if (kind == vbString) vValue.Assign(Trim(CStr(vValue)));
 
-    const String connector =
-        IsMissing(vConnector) ? String(" AND ") : " " + Trim(JoinText(vConnector)) + " ";
+    const String connector = IsMissing(vConnector)
+                                 ? String(" AND ")
+                                 : String(" ").append(Trim(JoinText(vConnector))).append(" ");
     vConnector.Assign(connector);
     const String compOp = IsMissing(vCompOp) ? String("=") : Trim(JoinText(vCompOp));
     vCompOp.Assign(compOp);
