@@ -1,17 +1,15 @@
 // The server file as clients load it: its entry points (class factory by class id, unloading
-// by live objects, registration into the registry file) and its folder as App.Path.
+// by live objects; registration is CreateObject's test), its exports and its folder as App.Path.
 #include "server/server_exports.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <regex>
 
 #include <brindleway/hooks.h>
 #include "server/class_factory.h"
-#include "server/registry.h"
 #include "server/type_library.h"
 #include "tests/support/test_support.h"
 
@@ -51,25 +49,6 @@ TEST(ServerExportsTest, CanUnloadOnlyWhenNoObjectIsAlive) {
   }
   EXPECT_EQ(DllCanUnloadNow(), kOk);
   platform::App::SetPath("");
-}
-
-TEST(ServerExportsTest, RegistersThisServerFileAndUnregistersIt) {
-  TempDir dir;
-  const auto file = dir / "registry";
-  setenv("BRINDLEWAY_REGISTRY", file.c_str(), 1);
-  ASSERT_EQ(DllRegisterServer(), kOk);
-  std::optional<ServerLocation> found = FindServer(Registry::Load(file), ProgId());
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->library.filename(), "brindlewayProj.so");
-  EXPECT_TRUE(found->library.is_absolute());
-  EXPECT_TRUE(std::filesystem::exists(found->library));
-
-  ASSERT_EQ(DllUnregisterServer(), kOk);
-  EXPECT_FALSE(FindServer(Registry::Load(file), ProgId()));
-
-  setenv("BRINDLEWAY_REGISTRY", (dir / "registry" / "below-a-file").c_str(), 1);
-  EXPECT_EQ(DllRegisterServer(), kRegistrationFailed);
-  unsetenv("BRINDLEWAY_REGISTRY");
 }
 
 // Every symbol the file exports belongs to the public headers or is an entry point; internal
