@@ -159,7 +159,10 @@ int RunDemo(const DemoOptions& options, const Program& program) {
     }
     object = OpenSession(storeFile, program);
   } catch (const platform::Error& failure) {
-    Program::Fail(storeFile + ": " + failure.Description());
+    // The default store lies beside the library, which an installed system may not let its
+    // users write to.
+    Program::Fail(storeFile + ": " + failure.Description() +
+                  (options.store.empty() ? " ('demo --store FILE' runs on a store elsewhere)" : ""));
     return kExitEnvironment;
   }
   program.Note("store " + storeFile + ", customer " + customer, options.json);
