@@ -24,7 +24,7 @@ Answer CallRoute(const httplib::Request& request) {
   } catch (const cli::UsageError& usage) {
     throw ApiError(kBadRequest, "value", usage.what());
   }
-  MethodAnswer answer = CallOnWorker(method, given);
+  MethodAnswer answer = CallOnWorker(method, given, Changes::Report);
   return {HttpStatusOf(answer, OnZero::Ok), cli::JsonOf(answer.report)};
 }
 

@@ -24,7 +24,8 @@ Json MethodAnswer::Head() const {
   return head;
 }
 
-MethodAnswer CallOnWorker(std::string_view method, std::span<const cli::GivenArgument> given) {
+MethodAnswer CallOnWorker(std::string_view method, std::span<const cli::GivenArgument> given,
+                          Changes changes) {
   const server::MethodInfo* info = server::FindMethod(method);
   if (!info) throw ApiError(kNotFound, "method", "no method '" + String(method) + "'");
   MethodAnswer answer;
@@ -35,7 +36,19 @@ MethodAnswer CallOnWorker(std::string_view method, std::span<const cli::GivenArg
   }
   ShopSession& session = WorkerPool::Current();
   platform::Err().Clear();
-  answer.report = cli::CallMethod(*session.object, *info, answer.arguments);
+  if (changes == Changes::Report) {
+    answer.report = cli::CallMethod(*session.object, *info, answer.arguments);
+  } else {
+    answer.report.method = info;
+    try {
+      answer.report.result = session.object->Invoke(info->dispId, answer.arguments);
+    } catch (const platform::Error& failure) {
+      answer.report.failure = failure;
+    }
+    if (answer.arguments.front().name == "ReturnMsg") {
+      answer.report.returnMsg = CStr(answer.arguments.front().value);
+    }
+  }
   answer.failureNumber = platform::Err().Number;
   return answer;
 }

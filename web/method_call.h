@@ -20,9 +20,14 @@ struct MethodAnswer {
   Json Head() const;
 };
 
+// Whether an answer lists the arguments the call changed ("changed", as 'call --json' does):
+// that compares every argument before and after, rows of collections and recordsets too.
+enum class Changes { Skip, Report };
+
 // Calls `method` with the arguments named by their parameters; the outputs and objects not
 // given are supplied. A name or value that does not fit raises ApiError 400.
-MethodAnswer CallOnWorker(std::string_view method, std::span<const cli::GivenArgument> given);
+MethodAnswer CallOnWorker(std::string_view method, std::span<const cli::GivenArgument> given,
+                          Changes changes = Changes::Skip);
 
 // What a status of 0 means for a route: a plain answer, or that a row it needs is missing.
 enum class OnZero { Ok, NotFound };

@@ -31,6 +31,7 @@ Service::Service(ServiceOptions options) : options_(std::move(options)) {
   server_.set_write_timeout(options_.timeout);
   server_.set_keep_alive_timeout(options_.timeout.count());
   server_.set_keep_alive_max_count(1000);
+  server_.set_tcp_nodelay(true);  // answers are small: no waiting to fill a segment
   server_.new_task_queue = [this] {
     return new WorkerPool(options_.threads, [store = options_.store] {
       return OpenShopSession(store);

@@ -1,6 +1,8 @@
 // The HTTP JSON service over the component, with the storefront page: cpp-httplib's server
 // with the routes of routes.h, limits on what a client may send, and one component object
-// per worker thread (see worker_pool.h).
+// per worker thread (see worker_pool.h). While a service lives, message boxes are answered at
+// once without being shown: no one is there to answer them, and a worker whose store cannot
+// be opened answers 503 with DbConnect's message instead.
 #pragma once
 
 #include <chrono>
@@ -10,6 +12,7 @@
 #include <httplib.h>
 
 #include <brindleway/types.h>
+#include "tools/store_connection.h"
 
 namespace brindlewayProj::web {
 
@@ -40,6 +43,7 @@ class Service {
 
  private:
   ServiceOptions options_;
+  cli::QuietMessageBoxes quiet_;
   httplib::Server server_;
 };
 

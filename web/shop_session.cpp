@@ -9,7 +9,6 @@
 namespace brindlewayProj::web {
 
 ShopSession OpenShopSession(const std::optional<String>& store) {
-  cli::QuietMessageBoxes quiet;  // a failed connection at creation is reported by DbConnect
   server::ClassFactory* factory = nullptr;
   const String classGuid(server::Library().classGuid);
   if (DllGetClassObject(classGuid.c_str(), &factory) != server::kOk) {

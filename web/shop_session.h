@@ -19,7 +19,8 @@ struct ShopSession {
 // Creates an object of class brindleway from the linked component (no registry is read) on
 // the calling thread, and connects it to the store file `store`, or without one to the store
 // its ini file names. A store that cannot be opened raises platform::Error with DbConnect's
-// ReturnMsg; no message box is shown.
+// ReturnMsg. The message box of a failed connection at creation is shown unless the caller
+// answers message boxes (as the service does).
 ShopSession OpenShopSession(const std::optional<String>& store);
 
 }  // namespace brindlewayProj::web
