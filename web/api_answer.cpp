@@ -51,7 +51,7 @@ std::optional<Date> IsoDateValue(const String& text) {
   return date;
 }
 
-Variant FieldValue(const FieldSpec& field, const Json& value) {
+Variant FieldValue(const BodyField& field, const Json& value) {
   const auto refuse = [&](const char* expected) -> Variant {
     throw ApiError(kBadRequest, "value",
                    String(field.name) + " must be " + expected + ", not " + cli::JsonLine(value));
@@ -125,14 +125,14 @@ Long PathId(const httplib::Request& request, std::size_t index, const char* what
 }
 
 std::vector<std::optional<Variant>> ReadFields(const Json& body,
-                                               std::span<const FieldSpec> fields) {
+                                               std::span<const BodyField> fields) {
   std::vector<std::optional<Variant>> values(fields.size());
   for (const auto& [name, value] : body.items()) {
     std::size_t f = 0;
     while (f < fields.size() && name != fields[f].name) ++f;
     if (f == fields.size()) {
       String known;
-      for (const FieldSpec& field : fields) known += (known.empty() ? "" : ", ") + String(field.name);
+      for (const BodyField& field : fields) known += (known.empty() ? "" : ", ") + String(field.name);
       throw ApiError(kBadRequest, "value",
                      "unknown member \"" + name + "\" (this route takes: " +
                          (known.empty() ? String("none") : known) + ")");

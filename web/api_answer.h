@@ -73,13 +73,13 @@ enum class FieldKind {
   Date,      // ISO 8601 text, "2026-11-22" or "2026-11-22T14:05:00"
   Text,
 };
-struct FieldSpec {
+struct BodyField {
   const char* name;
   FieldKind kind;
   bool required = false;
 };
 // The members of `body` by `fields`, as Variants (Long, Integer, Date or String); a member
 // not named by `fields` raises ApiError 400.
-std::vector<std::optional<Variant>> ReadFields(const Json& body, std::span<const FieldSpec> fields);
+std::vector<std::optional<Variant>> ReadFields(const Json& body, std::span<const BodyField> fields);
 
 }  // namespace brindlewayProj::web
