@@ -40,5 +40,6 @@ void AddCreateCommand(CLI::App& app, Program& program);
 void AddRegisterCommands(CLI::App& app, Program& program);
 void AddCallCommand(CLI::App& app, Program& program);
 void AddDemoCommand(CLI::App& app, Program& program);
+void AddServeCommand(CLI::App& app, Program& program);
 
 }  // namespace brindlewayProj::cli

@@ -1,5 +1,5 @@
-// The brindleway program: creates stores, registers the server, and calls the component
-// late-bound from a shell or a script.
+// The brindleway program: creates stores, registers the server, calls the component
+// late-bound from a shell or a script, and serves it over HTTP.
 #include <exception>
 #include <iostream>
 
@@ -69,7 +69,8 @@ int main(int argc, char** argv) {
   app.add_flag("-v,--verbose", program.verbose,
                "Tell which registry, server file and store are used")
       ->excludes(quiet);
-  for (auto add : {&AddCreateCommand, &AddRegisterCommands, &AddCallCommand, &AddDemoCommand}) {
+  for (auto add : {&AddCreateCommand, &AddRegisterCommands, &AddCallCommand, &AddDemoCommand,
+                    &AddServeCommand}) {
     add(app, program);
   }
   if (argc < 2) {

@@ -2,21 +2,12 @@
 #include "tools/session.h"
 
 #include <brindleway/dispatch.h>
-#include "platform/message_box.h"
 #include "server/registry.h"
 #include "server/type_library.h"
+#include "tools/store_connection.h"
 
 namespace brindlewayProj::cli {
 namespace {
-
-// Answers every message box at once, without showing it, while it lives.
-class QuietMessageBoxes {
- public:
-  QuietMessageBoxes() {
-    platform::SetMessageBoxHandler([](const String&, Integer) { return Integer{platform::vbOK}; });
-  }
-  ~QuietMessageBoxes() { platform::SetMessageBoxHandler({}); }
-};
 
 // The server file registered for the class; a class that is not registered raises 429 with
 // the command that registers it.
@@ -46,12 +37,7 @@ std::shared_ptr<server::Dispatch> OpenSession(const std::optional<String>& store
     QuietMessageBoxes quiet;
     return client::CreateObject(server::ProgId());
   }();
-
-  std::vector<server::Argument> arguments{
-      {"ReturnMsg", String()}, {"WSpace", nullptr}, {"DBase", nullptr}, {"sDbFileName", *store}};
-  if (CInt(object->Invoke("DbConnect", arguments)) < 0) {
-    platform::Raise(platform::errPathFileAccess, CStr(arguments[0].value));
-  }
+  ConnectToStore(*object, store);
   return object;
 }
 
