@@ -60,6 +60,7 @@ enum class FailureKind {
   kUnique,        // a duplicate key
   kNotADatabase,  // the file is no database
   kCantOpen,      // the file cannot be opened
+  kCantConnect,   // the database server cannot be reached or refuses the connection
   kOther,
 };
 
@@ -99,7 +100,8 @@ class SqlSyntax {
   virtual std::string_view CaseInsensitiveLike() const = 0;
 };
 
-// The identity of one table row as the engine gives it (SQLite: the rowid).
+// The identity of one table row as the engine gives it (SQLite: the rowid; PostgreSQL: the
+// tuple's ctid as text).
 using RowId = SqlValue;
 
 // One column's value in a row being written or compared.
@@ -168,9 +170,10 @@ class Connection {
   virtual void Rollback(int level) = 0;
 };
 
-// Opens an existing store file for reading and writing, shared with other connections, on the
-// engine it belongs to. Raises BackendError kCantOpen (also for a missing file) or
-// kNotADatabase.
+// Opens an existing store for reading and writing, shared with other connections, on the
+// engine its name belongs to (see store_name.h): a connection URI on PostgreSQL, a file path on
+// SQLite. Raises BackendError kCantOpen (also for a missing file), kNotADatabase or
+// kCantConnect (whose message never shows a password).
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file);
 
 // Test-only hook: replaces how connections are opened (to wrap them in a fault injector);

@@ -1,0 +1,157 @@
+// PostgreSQL statements: binding values as text, running the statement, and reading its rows.
+//
+// A failed statement aborts PostgreSQL's whole transaction, where the embedded engine undoes
+// the statement alone. So inside a transaction a statement that writes runs under a savepoint
+// of its own, and its failure leaves the transaction as it was before the statement.
+#include "store/postgres/statement.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/ascii.h"
+#include "store/postgres/errors.h"
+
+namespace brindlewayProj::store::postgres {
+namespace {
+
+constexpr Oid kInt8 = 20, kInt2 = 21, kInt4 = 23, kFloat4 = 700, kFloat8 = 701,
+              kNumeric = 1700, kText = 25, kVarchar = 1043, kBpchar = 1042, kDate = 1082,
+              kTimestamp = 1114;
+
+DeclaredKind KindOfType(Oid type) {
+  switch (type) {
+    case kInt8:
+    case kInt4:
+      return DeclaredKind::kLong;
+    case kInt2:
+      return DeclaredKind::kInteger;
+    case kFloat4:
+    case kFloat8:
+    case kNumeric:
+      return DeclaredKind::kDouble;
+    case kDate:
+    case kTimestamp:
+      return DeclaredKind::kDate;
+    case kText:
+    case kVarchar:
+    case kBpchar:
+      return DeclaredKind::kText;
+    default:
+      return DeclaredKind::kUnknown;
+  }
+}
+
+// The value of a number as text that every numeric type of the server takes.
+std::string NumberText(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.17g", value);
+  return text;
+}
+
+bool Writes(const std::string& sql) {
+  return !platform::StartsWithIgnoringAsciiCase(sql, "SELECT");
+}
+
+}  // namespace
+
+PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql)
+    : db_(db), name_(std::move(name)), writes_(Writes(sql)) {
+  PGresult* prepared = PQprepare(db, name_.c_str(), sql.c_str(), 0, nullptr);
+  if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db, prepared);
+  PQclear(prepared);
+  PGresult* described = PQdescribePrepared(db, name_.c_str());
+  if (PQresultStatus(described) != PGRES_COMMAND_OK) Fail(db, described);
+  auto columns = std::make_shared<std::vector<ColumnInfo>>();
+  for (int i = 0; i < PQnfields(described); ++i) {
+    types_.push_back(PQftype(described, i));
+    columns->push_back({PQfname(described, i), KindOfType(types_.back())});
+  }
+  parameterCount_ = PQnparams(described);
+  PQclear(described);
+  columns_ = std::move(columns);
+}
+
+PostgresStatement::~PostgresStatement() {
+  PQclear(result_);
+  // A statement that served one holder alone goes from the server with it.
+  if (name_.starts_with("once")) {
+    PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "\"").c_str()));
+  }
+}
+
+void PostgresStatement::Bind(const std::vector<SqlValue>& values) {
+  Reset();
+  texts_.assign(values.size(), std::string());
+  nulls_.assign(values.size(), false);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const SqlValue& value = values[i];
+    if (auto* whole = std::get_if<std::int64_t>(&value)) {
+      texts_[i] = std::to_string(*whole);
+    } else if (auto* real = std::get_if<double>(&value)) {
+      texts_[i] = NumberText(*real);
+    } else if (auto* text = std::get_if<std::string>(&value)) {
+      texts_[i] = *text;
+    } else {
+      nulls_[i] = true;
+    }
+  }
+}
+
+void PostgresStatement::Run() {
+  std::vector<const char*> parameters(static_cast<std::size_t>(parameterCount_), nullptr);
+  for (std::size_t i = 0; i < texts_.size() && i < parameters.size(); ++i) {
+    if (!nulls_[i]) parameters[i] = texts_[i].c_str();
+  }
+  const bool guarded = writes_ && PQtransactionStatus(db_) == PQTRANS_INTRANS;
+  if (guarded) postgres::Run(db_, "SAVEPOINT brindleway_statement");
+  result_ = PQexecPrepared(db_, name_.c_str(), parameterCount_, parameters.data(), nullptr,
+                           nullptr, 0);
+  ExecStatusType status = PQresultStatus(result_);
+  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
+    PGresult* failed = result_;
+    result_ = nullptr;
+    if (guarded) {
+      PQclear(PQexec(db_, "ROLLBACK TO SAVEPOINT brindleway_statement; "
+                          "RELEASE SAVEPOINT brindleway_statement"));
+    }
+    Fail(db_, failed);
+  }
+  if (guarded) postgres::Run(db_, "RELEASE SAVEPOINT brindleway_statement");
+}
+
+bool PostgresStatement::Step() {
+  if (!result_) Run();
+  return ++row_ < PQntuples(result_);
+}
+
+SqlValue PostgresStatement::Column(int index) const {
+  if (PQgetisnull(result_, row_, index)) return SqlValue{};
+  const char* text = PQgetvalue(result_, row_, index);
+  const std::size_t length = static_cast<std::size_t>(PQgetlength(result_, row_, index));
+  switch (KindOfType(types_[static_cast<std::size_t>(index)])) {
+    case DeclaredKind::kLong:
+    case DeclaredKind::kInteger: {
+      std::int64_t whole = 0;
+      std::from_chars(text, text + length, whole);
+      return whole;
+    }
+    case DeclaredKind::kDouble:
+      return std::strtod(text, nullptr);
+    default:
+      return std::string(text, length);
+  }
+}
+
+void PostgresStatement::Reset() {
+  PQclear(result_);
+  result_ = nullptr;
+  row_ = -1;
+}
+
+long long PostgresStatement::Changes() const {
+  const char* changed = result_ ? PQcmdTuples(result_) : "";
+  return *changed ? std::atoll(changed) : 0;
+}
+
+}  // namespace brindlewayProj::store::postgres
