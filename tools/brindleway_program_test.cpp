@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "server/server_exports.h"
+#include "server/type_library.h"
 #include "tests/support/test_support.h"
 #include "tools/commands.h"
 
