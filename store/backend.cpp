@@ -31,6 +31,10 @@ DeclaredKind KindOfDeclaredType(std::string_view declaredType) {
 
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file) {
   if (TestOpener()) return TestOpener()(file);
+  return OpenEngineConnection(file);
+}
+
+std::shared_ptr<Connection> OpenEngineConnection(const std::filesystem::path& file) {
   if (IsConnectionUri(file.native())) return postgres::Open(file.native());
   return sqlite::Open(file);
 }

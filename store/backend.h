@@ -95,6 +95,12 @@ class SqlSyntax {
   virtual std::string_view RowIdentity() const = 0;
   // What follows a sort key so that text sorts without regard to case.
   virtual std::string_view CaseInsensitiveOrder() const = 0;
+  // What follows a sort key's direction so that Null sorts as the smallest value: first going
+  // up, last going down.
+  virtual std::string_view NullsAsSmallest(bool descending) const = 0;
+  // Whether SELECT DISTINCT gives each row where its first copy stands (else the dialect keeps
+  // that order itself, numbering the rows).
+  virtual bool DistinctKeepsFirstCopies() const = 0;
   // The pattern operator that matches without regard to case (`_` and `%` wildcards, `\`
   // as escape).
   virtual std::string_view CaseInsensitiveLike() const = 0;
@@ -175,6 +181,9 @@ class Connection {
 // SQLite. Raises BackendError kCantOpen (also for a missing file), kNotADatabase or
 // kCantConnect (whose message never shows a password).
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file);
+
+// OpenConnection on the engine itself, past the test hook below: what a test's opener wraps.
+std::shared_ptr<Connection> OpenEngineConnection(const std::filesystem::path& file);
 
 // Test-only hook: replaces how connections are opened (to wrap them in a fault injector);
 // nullptr restores the embedded backend.

@@ -32,6 +32,11 @@ class PostgresSyntax : public SqlSyntax {
   // The schema's collation that orders text as the embedded engine's NOCASE does: ASCII
   // letters without regard to case.
   std::string_view CaseInsensitiveOrder() const override { return " COLLATE nocase"; }
+  std::string_view NullsAsSmallest(bool descending) const override {
+    return descending ? " NULLS LAST" : " NULLS FIRST";
+  }
+  // DISTINCT may hash or sort the rows.
+  bool DistinctKeepsFirstCopies() const override { return false; }
   std::string_view CaseInsensitiveLike() const override { return "ILIKE"; }
 };
 
@@ -91,7 +96,13 @@ long long PostgresConnection::Execute(const std::string& sql, const std::vector<
 
 void PostgresConnection::Begin(int level) {
   if (level == 1) {
-    Run(db_, kBeginSql);
+    try {
+      Run(db_, kBeginSql);
+    } catch (const BackendError&) {
+      // No lock, no transaction: the caller goes on outside one, as after a refused BEGIN.
+      PQclear(PQexec(db_, "ROLLBACK"));
+      throw;
+    }
   } else {
     Run(db_, ("SAVEPOINT " + SavepointName(level)).c_str());
   }

@@ -49,13 +49,14 @@ class PostgresConnection : public Connection {
   void Rollback(int level) override;
 
  private:
-  // The row identity is the tuple's ctid, which an update moves: where a row written through
-  // this connection lives now.
-  RowId CurrentPlace(const RowId& row) const;
+  // The row identity is the tuple's ctid, which an update moves: where a row of `table` written
+  // through this connection lives now.
+  RowId CurrentPlace(const SourceInfo& table, const RowId& row) const;
 
   PGconn* db_ = nullptr;
   std::unordered_map<std::string, std::unique_ptr<PostgresStatement>> statements_;
-  std::unordered_map<std::string, RowId> moved_;  // ctid before an update -> ctid after
+  // table and ctid before an update -> ctid after
+  std::unordered_map<std::string, RowId> moved_;
 };
 
 }  // namespace brindlewayProj::store::postgres

@@ -19,10 +19,19 @@ void AppendParameter(std::string& sql, std::vector<SqlValue>& parameters, const 
 
 }  // namespace
 
-RowId PostgresConnection::CurrentPlace(const RowId& row) const {
+namespace {
+
+// The key of a row's place among the places of every table.
+std::string PlaceKey(const SourceInfo& table, const std::string& place) {
+  return table.name + '\0' + place;
+}
+
+}  // namespace
+
+RowId PostgresConnection::CurrentPlace(const SourceInfo& table, const RowId& row) const {
   auto* place = std::get_if<std::string>(&row);
   if (!place) return row;
-  auto found = moved_.find(*place);
+  auto found = moved_.find(PlaceKey(table, *place));
   return found == moved_.end() ? row : found->second;
 }
 
@@ -37,7 +46,7 @@ std::optional<std::vector<SqlValue>> PostgresConnection::ReadRow(
   AppendName(sql, table.name);
   sql += " WHERE ctid = $1";
   auto statement = Prepare(sql);
-  statement->Bind({CurrentPlace(row)});
+  statement->Bind({CurrentPlace(table, row)});
   std::optional<std::vector<SqlValue>> values;
   if (statement->Step()) {
     values.emplace();
@@ -64,7 +73,7 @@ long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& ro
     AppendParameter(sql, parameters, change.value);
   }
   sql += " WHERE ctid = ";
-  AppendParameter(sql, parameters, CurrentPlace(row));
+  AppendParameter(sql, parameters, CurrentPlace(table, row));
   for (const ColumnValue& held : expected) {
     sql += " AND ";
     AppendName(sql, held.column);
@@ -75,7 +84,9 @@ long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& ro
   auto statement = Prepare(sql);
   statement->Bind(parameters);
   if (!statement->Step()) return 0;
-  if (auto* place = std::get_if<std::string>(&row)) moved_[*place] = statement->Column(0);
+  if (auto* place = std::get_if<std::string>(&row)) {
+    moved_[PlaceKey(table, *place)] = statement->Column(0);
+  }
   return 1;
 }
 
