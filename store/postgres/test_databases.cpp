@@ -5,6 +5,7 @@
 #include <libpq-fe.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -88,12 +89,19 @@ void DropDatabaseForTesting(const std::string& uri) {
 
 std::vector<std::vector<std::string>> RunSqlForTesting(const std::string& uri,
                                                        const std::string& sql, std::string& error) {
-  const char* keys[] = {"dbname", "options", nullptr};
-  const char* values[] = {uri.c_str(), "-c DateStyle=ISO", nullptr};
-  Conn db(PQconnectdbParams(keys, values, 1), &PQfinish);
+  // One connection per database, kept: a login costs more than most statements of a test.
+  static std::map<std::string, Conn> connections;
+  auto kept = connections.find(uri);
+  if (kept == connections.end() || PQstatus(kept->second.get()) != CONNECTION_OK) {
+    const char* keys[] = {"dbname", "options", nullptr};
+    const char* values[] = {uri.c_str(), "-c DateStyle=ISO", nullptr};
+    connections.erase(uri);
+    kept = connections.emplace(uri, Conn(PQconnectdbParams(keys, values, 1), &PQfinish)).first;
+  }
+  PGconn* db = kept->second.get();
   std::vector<std::vector<std::string>> rows;
-  if (!PQsendQuery(db.get(), sql.c_str())) error = PQerrorMessage(db.get());
-  while (PGresult* result = PQgetResult(db.get())) {
+  if (!PQsendQuery(db, sql.c_str())) error = PQerrorMessage(db);
+  while (PGresult* result = PQgetResult(db)) {
     if (PQresultStatus(result) == PGRES_TUPLES_OK) {
       for (int row = 0; row < PQntuples(result); ++row) {
         auto& texts = rows.emplace_back();

@@ -19,7 +19,7 @@ std::string CreateDatabaseForTesting(bool withSample);
 // Drops the database of `uri`, ending its other connections.
 void DropDatabaseForTesting(const std::string& uri);
 
-// Runs `sql` (one or more statements) on a connection of its own and answers their rows with every column as text ("NULL" for NULL); a failure sets `error`.
+// Runs `sql` (one or more statements) on a connection of its own (kept for the next call) and answers their rows with every column as text ("NULL" for NULL); a failure sets `error`.
 std::vector<std::vector<std::string>> RunSqlForTesting(const std::string& uri,
                                                        const std::string& sql, std::string& error);
 
