@@ -53,10 +53,16 @@ bool Writes(const std::string& sql) {
   return !platform::StartsWithIgnoringAsciiCase(sql, "SELECT");
 }
 
+constexpr int kCursorBatch = 64;
+
 }  // namespace
 
 PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql)
-    : db_(db), name_(std::move(name)), writes_(Writes(sql)) {
+    : db_(db),
+      name_(std::move(name)),
+      writes_(Writes(sql)),
+      sql_(sql),
+      dynaset_(sql.starts_with("SELECT ctid, ")) {
   PGresult* prepared = PQprepare(db, name_.c_str(), sql.c_str(), 0, nullptr);
   if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db, prepared);
   PQclear(prepared);
@@ -73,10 +79,11 @@ PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::st
 }
 
 PostgresStatement::~PostgresStatement() {
-  PQclear(result_);
   // A statement that served one holder alone goes from the server with it.
+  Reset();
   if (name_.starts_with("once")) {
     PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "\"").c_str()));
+    if (declared_) PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "_declare\"").c_str()));
   }
 }
 
@@ -103,7 +110,15 @@ void PostgresStatement::Run() {
   for (std::size_t i = 0; i < texts_.size() && i < parameters.size(); ++i) {
     if (!nulls_[i]) parameters[i] = texts_[i].c_str();
   }
-  const bool guarded = writes_ && PQtransactionStatus(db_) == PQTRANS_INTRANS;
+  const bool inTransaction = PQtransactionStatus(db_) == PQTRANS_INTRANS;
+  if (dynaset_ && inTransaction) {
+    PGresult* declared = Declare(parameters.data());
+    if (PQresultStatus(declared) != PGRES_COMMAND_OK) Fail(db_, declared);
+    PQclear(declared);
+    cursorOpen_ = cursorExists_ = true;
+    return Fetch();
+  }
+  const bool guarded = writes_ && inTransaction;
   if (guarded) postgres::Run(db_, "SAVEPOINT brindleway_statement");
   result_ = PQexecPrepared(db_, name_.c_str(), parameterCount_, parameters.data(), nullptr,
                            nullptr, 0);
@@ -120,8 +135,38 @@ void PostgresStatement::Run() {
   if (guarded) postgres::Run(db_, "RELEASE SAVEPOINT brindleway_statement");
 }
 
+PGresult* PostgresStatement::Declare(const char* const* parameters) {
+  const std::string declare = name_ + "_declare";
+  if (!declared_) {
+    const std::string sql = "DECLARE \"" + name_ + "_cursor\" NO SCROLL CURSOR FOR " + sql_;
+    PGresult* prepared = PQprepare(db_, declare.c_str(), sql.c_str(), 0, nullptr);
+    if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db_, prepared);
+    PQclear(prepared);
+    declared_ = true;
+  }
+  return PQexecPrepared(db_, declare.c_str(), parameterCount_, parameters, nullptr, nullptr, 0);
+}
+
+void PostgresStatement::Fetch() {
+  PQclear(result_);
+  const std::string fetch =
+      "FETCH " + std::to_string(kCursorBatch) + " FROM \"" + name_ + "_cursor\"";
+  result_ = PQexec(db_, fetch.c_str());
+  if (PQresultStatus(result_) != PGRES_TUPLES_OK) {
+    PGresult* failed = result_;
+    result_ = nullptr;
+    cursorOpen_ = false;
+    Fail(db_, failed);
+  }
+  row_ = -1;
+  cursorOpen_ = PQntuples(result_) == kCursorBatch;
+}
+
 bool PostgresStatement::Step() {
   if (!result_) Run();
+  if (++row_ < PQntuples(result_)) return true;
+  if (!cursorOpen_) return false;
+  Fetch();
   return ++row_ < PQntuples(result_);
 }
 
@@ -147,6 +192,13 @@ void PostgresStatement::Reset() {
   PQclear(result_);
   result_ = nullptr;
   row_ = -1;
+  cursorOpen_ = false;
+  // The cursor ends with its transaction; one still open goes now, so that the next run may
+  // declare it anew.
+  if (cursorExists_ && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
+    PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
+  }
+  cursorExists_ = false;
 }
 
 long long PostgresStatement::Changes() const {

@@ -20,7 +20,10 @@ class PostgresStatement : public Statement {
 
   std::shared_ptr<const std::vector<ColumnInfo>> Columns() const override { return columns_; }
   void Bind(const std::vector<SqlValue>& values) override;
-  // The first Step runs the statement and takes its whole result; later ones walk it.
+  // The first Step runs the statement and takes its whole result; later ones walk it. A
+  // dynaset's statement (the row identity first) inside a transaction runs as a cursor instead,
+  // fetched in batches as the rows are walked, so that opening a large table costs no more than
+  // a small one.
   bool Step() override;
   SqlValue Column(int index) const override;
   void Reset() override;
@@ -32,6 +35,9 @@ class PostgresStatement : public Statement {
 
  private:
   void Run();
+  void Fetch();
+  // Runs this statement's DECLARE of its cursor; PQexecPrepared's result.
+  PGresult* Declare(const char* const* parameters);
 
   PGconn* db_;
   std::string name_;
@@ -43,6 +49,11 @@ class PostgresStatement : public Statement {
   std::vector<bool> nulls_;
   PGresult* result_ = nullptr;
   int row_ = -1;
+  std::string sql_;
+  bool dynaset_;            // selects the row identity first
+  bool declared_ = false;   // the DECLARE is prepared on the server
+  bool cursorOpen_ = false;  // a cursor of this statement is open, with rows left to fetch
+  bool cursorExists_ = false;  // a cursor of this statement is open on the server
 };
 
 }  // namespace brindlewayProj::store::postgres
