@@ -55,7 +55,8 @@ enum class FailureKind {
   kBusy,          // locked by another connection past the busy timeout
   kFull,          // the disk is full
   kReadOnly,      // the file cannot be written
-  kForeignKey,    // a reference the table does not accept
+  kForeignKey,    // a reference the table does not accept; `detail` names the parent table
+                  // when the engine tells it
   kNotNull,       // a required field without value; `detail` names the column
   kUnique,        // a duplicate key
   kNotADatabase,  // the file is no database

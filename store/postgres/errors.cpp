@@ -29,6 +29,14 @@ void Fail(PGconn* db, PGresult* result) {
   std::from_chars(code.data(), code.data() + code.size(), number);
   FailureKind kind = KindOf(code);
   std::string detail = kind == FailureKind::kNotNull && column ? column : "";
+  // 'Key (ProductId)=(9) is not present in table "Products".'
+  const char* reference = result ? PQresultErrorField(result, PG_DIAG_MESSAGE_DETAIL) : nullptr;
+  const std::string_view absent = reference ? reference : "";
+  const std::size_t parent = absent.find("is not present in table \"");
+  if (kind == FailureKind::kForeignKey && parent != std::string_view::npos) {
+    const std::size_t start = parent + 25;
+    detail = absent.substr(start, absent.find('"', start) - start);
+  }
   PQclear(result);
   throw BackendError(kind, message, detail, number);
 }

@@ -1,15 +1,15 @@
 // PostgreSQL statements: binding values as text, running the statement, and reading its rows.
 //
-// A failed statement aborts PostgreSQL's whole transaction, where the embedded engine undoes
-// the statement alone. So inside a transaction a statement that writes runs under a savepoint
-// of its own, and its failure leaves the transaction as it was before the statement.
+// A failed statement aborts PostgreSQL's whole transaction (or savepoint), where the embedded
+// engine undoes the statement alone. That costs nothing here: the object model rolls back the
+// level a failure happened in, and a failure names what it needs (the parent table of a
+// refused reference) without asking the store again.
 #include "store/postgres/statement.h"
 
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/ascii.h"
 #include "store/postgres/errors.h"
 
 namespace brindlewayProj::store::postgres {
@@ -49,10 +49,6 @@ std::string NumberText(double value) {
   return text;
 }
 
-bool Writes(const std::string& sql) {
-  return !platform::StartsWithIgnoringAsciiCase(sql, "SELECT");
-}
-
 constexpr int kCursorBatch = 64;
 
 }  // namespace
@@ -60,7 +56,6 @@ constexpr int kCursorBatch = 64;
 PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql)
     : db_(db),
       name_(std::move(name)),
-      writes_(Writes(sql)),
       sql_(sql),
       dynaset_(sql.starts_with("SELECT ctid, ")) {
   PGresult* prepared = PQprepare(db, name_.c_str(), sql.c_str(), 0, nullptr);
@@ -118,21 +113,14 @@ void PostgresStatement::Run() {
     cursorOpen_ = cursorExists_ = true;
     return Fetch();
   }
-  const bool guarded = writes_ && inTransaction;
-  if (guarded) postgres::Run(db_, "SAVEPOINT brindleway_statement");
   result_ = PQexecPrepared(db_, name_.c_str(), parameterCount_, parameters.data(), nullptr,
                            nullptr, 0);
   ExecStatusType status = PQresultStatus(result_);
   if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
     PGresult* failed = result_;
     result_ = nullptr;
-    if (guarded) {
-      PQclear(PQexec(db_, "ROLLBACK TO SAVEPOINT brindleway_statement; "
-                          "RELEASE SAVEPOINT brindleway_statement"));
-    }
     Fail(db_, failed);
   }
-  if (guarded) postgres::Run(db_, "RELEASE SAVEPOINT brindleway_statement");
 }
 
 PGresult* PostgresStatement::Declare(const char* const* parameters) {

@@ -41,7 +41,6 @@ class PostgresStatement : public Statement {
 
   PGconn* db_;
   std::string name_;
-  bool writes_;  // anything but a SELECT
   int parameterCount_ = 0;
   std::shared_ptr<const std::vector<ColumnInfo>> columns_;
   std::vector<Oid> types_;
