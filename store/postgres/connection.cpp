@@ -42,6 +42,13 @@ class PostgresSyntax : public SqlSyntax {
 
 std::string SavepointName(int level) { return "\"level" + std::to_string(level) + "\""; }
 
+// A server-side statement name: `prefix` and a number.
+std::string StatementName(std::string_view prefix, std::uint64_t number) {
+  std::string name(prefix);
+  name += std::to_string(number);
+  return name;
+}
+
 }  // namespace
 
 const SqlSyntax& Syntax() {
@@ -71,13 +78,13 @@ std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
   auto found = statements_.find(sql);
   if (found == statements_.end()) {
     auto statement = std::make_unique<PostgresStatement>(
-        db_, "s" + std::to_string(statements_.size()), sql);
+        db_, StatementName("s", statements_.size()), sql);
     found = statements_.emplace(sql, std::move(statement)).first;
   }
   PostgresStatement* kept = found->second.get();
   if (kept->held) {
     static thread_local std::uint64_t serving = 0;
-    return std::make_shared<PostgresStatement>(db_, "once" + std::to_string(++serving), sql);
+    return std::make_shared<PostgresStatement>(db_, StatementName("once", ++serving), sql);
   }
   kept->held = true;
   return std::shared_ptr<Statement>(kept, [](Statement* statement) {
@@ -116,6 +123,7 @@ void PostgresConnection::Commit(int level) {
                             std::string_view(PQcmdStatus(result)) == "ROLLBACK";
     if (PQresultStatus(result) != PGRES_COMMAND_OK) Fail(db_, result);
     PQclear(result);
+    moved_.clear();
     if (rolledBack) throw BackendError(FailureKind::kOther, "The transaction was rolled back.");
   } else {
     Run(db_, ("RELEASE SAVEPOINT " + SavepointName(level)).c_str());
@@ -126,7 +134,7 @@ void PostgresConnection::Rollback(int level) {
   if (PQtransactionStatus(db_) == PQTRANS_IDLE) return;  // no transaction is open any more
   if (level == 1) {
     Run(db_, "ROLLBACK");
-    moved_.clear();  // the rows are back where they were
+    moved_.clear();
   } else {
     Run(db_, ("ROLLBACK TO SAVEPOINT " + SavepointName(level) + "; RELEASE SAVEPOINT " +
               SavepointName(level))

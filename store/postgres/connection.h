@@ -55,7 +55,7 @@ class PostgresConnection : public Connection {
 
   PGconn* db_ = nullptr;
   std::unordered_map<std::string, std::unique_ptr<PostgresStatement>> statements_;
-  // table and ctid before an update -> ctid after
+  // table and ctid before an update -> ctid after, in the open transaction
   std::unordered_map<std::string, RowId> moved_;
 };
 

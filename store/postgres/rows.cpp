@@ -4,7 +4,9 @@
 //
 // A ctid names where a row version lies, and an update writes a new version elsewhere. The
 // component edits rows inside its transactions, which hold the database's write lock, so no
-// one else moves them meanwhile; the connection remembers where its own updates moved rows.
+// one else moves them meanwhile; the connection remembers where its own updates moved rows
+// until the transaction ends. Only then may the server give an old place to another row, so
+// after an update outside a transaction the row is not found again by its old place.
 #include "store/postgres/connection.h"
 
 namespace brindlewayProj::store::postgres {
@@ -84,7 +86,8 @@ long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& ro
   auto statement = Prepare(sql);
   statement->Bind(parameters);
   if (!statement->Step()) return 0;
-  if (auto* place = std::get_if<std::string>(&row)) {
+  auto* place = std::get_if<std::string>(&row);
+  if (place && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
     moved_[PlaceKey(table, *place)] = statement->Column(0);
   }
   return 1;
