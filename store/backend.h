@@ -96,6 +96,8 @@ class SqlSyntax {
   virtual std::string_view RowIdentity() const = 0;
   // What follows a sort key so that text sorts without regard to case.
   virtual std::string_view CaseInsensitiveOrder() const = 0;
+  // The comparison, spaced, that holds for equal values and for Null against Null.
+  virtual std::string_view NullSafeEquals() const = 0;
   // What follows a sort key's direction so that Null sorts as the smallest value: first going
   // up, last going down.
   virtual std::string_view NullsAsSmallest(bool descending) const = 0;

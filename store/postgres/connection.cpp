@@ -32,6 +32,7 @@ class PostgresSyntax : public SqlSyntax {
   // The schema's collation that orders text as the embedded engine's NOCASE does: ASCII
   // letters without regard to case.
   std::string_view CaseInsensitiveOrder() const override { return " COLLATE nocase"; }
+  std::string_view NullSafeEquals() const override { return " IS NOT DISTINCT FROM "; }
   std::string_view NullsAsSmallest(bool descending) const override {
     return descending ? " NULLS LAST" : " NULLS FIRST";
   }

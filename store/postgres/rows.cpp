@@ -8,20 +8,12 @@
 // until the transaction ends. Only then may the server give an old place to another row, so
 // after an update outside a transaction the row is not found again by its old place.
 #include "store/postgres/connection.h"
+#include "store/row_sql.h"
 
 namespace brindlewayProj::store::postgres {
 namespace {
 
 void AppendName(std::string& sql, std::string_view name) { Syntax().AppendQuotedName(sql, name); }
-
-void AppendParameter(std::string& sql, std::vector<SqlValue>& parameters, const SqlValue& value) {
-  parameters.push_back(value);
-  Syntax().AppendPlaceholder(sql, parameters.size());
-}
-
-}  // namespace
-
-namespace {
 
 // The key of a row's place among the places of every table.
 std::string PlaceKey(const SourceInfo& table, const std::string& place) {
@@ -39,51 +31,18 @@ RowId PostgresConnection::CurrentPlace(const SourceInfo& table, const RowId& row
 
 std::optional<std::vector<SqlValue>> PostgresConnection::ReadRow(
     const SourceInfo& table, std::span<const std::string> columns, const RowId& row) {
-  std::string sql = "SELECT ";
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (i) sql += ", ";
-    AppendName(sql, columns[i]);
-  }
-  sql += " FROM ";
-  AppendName(sql, table.name);
-  sql += " WHERE ctid = $1";
-  auto statement = Prepare(sql);
+  auto statement = Prepare(ReadRowSql(Syntax(), table, columns));
   statement->Bind({CurrentPlace(table, row)});
-  std::optional<std::vector<SqlValue>> values;
-  if (statement->Step()) {
-    values.emplace();
-    values->reserve(columns.size());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      values->push_back(statement->Column(static_cast<int>(i)));
-    }
-  }
-  return values;
+  return NextRowValues(*statement, columns.size());
 }
 
 long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& row,
                                         std::span<const ColumnValue> changes,
                                         std::span<const ColumnValue> expected) {
-  std::string sql = "UPDATE ";
-  AppendName(sql, table.name);
-  sql += " SET ";
   std::vector<SqlValue> parameters;
-  parameters.reserve(changes.size() + 1 + expected.size());
-  for (const ColumnValue& change : changes) {
-    if (!parameters.empty()) sql += ", ";
-    AppendName(sql, change.column);
-    sql += " = ";
-    AppendParameter(sql, parameters, change.value);
-  }
-  sql += " WHERE ctid = ";
-  AppendParameter(sql, parameters, CurrentPlace(table, row));
-  for (const ColumnValue& held : expected) {
-    sql += " AND ";
-    AppendName(sql, held.column);
-    sql += " IS NOT DISTINCT FROM ";
-    AppendParameter(sql, parameters, held.value);
-  }
-  sql += " RETURNING ctid";
-  auto statement = Prepare(sql);
+  auto statement = Prepare(
+      UpdateRowSql(Syntax(), table, CurrentPlace(table, row), changes, expected, parameters) +
+      " RETURNING ctid");
   statement->Bind(parameters);
   if (!statement->Step()) return 0;
   auto* place = std::get_if<std::string>(&row);
@@ -94,23 +53,8 @@ long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& ro
 }
 
 RowId PostgresConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) {
-  std::string sql = "INSERT INTO ";
-  AppendName(sql, table.name);
   std::vector<SqlValue> parameters;
-  parameters.reserve(values.size());
-  if (values.empty()) {
-    sql += " DEFAULT VALUES";
-  } else {
-    std::string names, placeholders;
-    for (const ColumnValue& value : values) {
-      if (!names.empty()) names += ", ", placeholders += ", ";
-      AppendName(names, value.column);
-      AppendParameter(placeholders, parameters, value.value);
-    }
-    sql += " (" + names + ") OVERRIDING SYSTEM VALUE VALUES (" + placeholders + ")";
-  }
-  sql += " RETURNING ctid";
-  auto statement = Prepare(sql);
+  auto statement = Prepare(InsertRowSql(Syntax(), table, values, parameters) + " RETURNING ctid");
   statement->Bind(parameters);
   statement->Step();
   return statement->Column(0);
