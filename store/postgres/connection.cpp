@@ -79,13 +79,14 @@ std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
   auto found = statements_.find(sql);
   if (found == statements_.end()) {
     auto statement = std::make_unique<PostgresStatement>(
-        db_, StatementName("s", statements_.size()), sql);
+        db_, StatementName("s", statements_.size()), sql, transactions_);
     found = statements_.emplace(sql, std::move(statement)).first;
   }
   PostgresStatement* kept = found->second.get();
   if (kept->held) {
     static thread_local std::uint64_t serving = 0;
-    return std::make_shared<PostgresStatement>(db_, StatementName("once", ++serving), sql);
+    return std::make_shared<PostgresStatement>(db_, StatementName("once", ++serving), sql,
+                                               transactions_);
   }
   kept->held = true;
   return std::shared_ptr<Statement>(kept, [](Statement* statement) {
@@ -104,6 +105,7 @@ long long PostgresConnection::Execute(const std::string& sql, const std::vector<
 
 void PostgresConnection::Begin(int level) {
   if (level == 1) {
+    ++transactions_;
     try {
       Run(db_, kBeginSql);
     } catch (const BackendError&) {

@@ -54,6 +54,7 @@ class PostgresConnection : public Connection {
   RowId CurrentPlace(const SourceInfo& table, const RowId& row) const;
 
   PGconn* db_ = nullptr;
+  std::uint64_t transactions_ = 0;  // transactions begun, for the statements' cursors
   std::unordered_map<std::string, std::unique_ptr<PostgresStatement>> statements_;
   // table and ctid before an update -> ctid after, in the open transaction
   std::unordered_map<std::string, RowId> moved_;

@@ -53,11 +53,13 @@ constexpr int kCursorBatch = 64;
 
 }  // namespace
 
-PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql)
+PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql,
+                                     const std::uint64_t& transaction)
     : db_(db),
       name_(std::move(name)),
       sql_(sql),
-      dynaset_(sql.starts_with("SELECT ctid, ")) {
+      wholeTable_(sql.starts_with("SELECT ctid, ") && sql.find(" WHERE ") == std::string::npos),
+      transaction_(transaction) {
   PGresult* prepared = PQprepare(db, name_.c_str(), sql.c_str(), 0, nullptr);
   if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db, prepared);
   PQclear(prepared);
@@ -74,8 +76,11 @@ PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::st
 }
 
 PostgresStatement::~PostgresStatement() {
-  // A statement that served one holder alone goes from the server with it.
   Reset();
+  if (cursorTransaction_ == transaction_ && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
+    PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
+  }
+  // A statement that served one holder alone goes from the server with it.
   if (name_.starts_with("once")) {
     PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "\"").c_str()));
     if (declared_) PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "_declare\"").c_str()));
@@ -106,11 +111,16 @@ void PostgresStatement::Run() {
     if (!nulls_[i]) parameters[i] = texts_[i].c_str();
   }
   const bool inTransaction = PQtransactionStatus(db_) == PQTRANS_INTRANS;
-  if (dynaset_ && inTransaction) {
+  if (wholeTable_ && inTransaction) {
+    // The cursor of an earlier run in this transaction goes first; others ended with theirs.
+    if (cursorTransaction_ == transaction_) {
+      PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
+    }
     PGresult* declared = Declare(parameters.data());
     if (PQresultStatus(declared) != PGRES_COMMAND_OK) Fail(db_, declared);
     PQclear(declared);
-    cursorOpen_ = cursorExists_ = true;
+    cursorTransaction_ = transaction_;
+    cursorOpen_ = true;
     return Fetch();
   }
   result_ = PQexecPrepared(db_, name_.c_str(), parameterCount_, parameters.data(), nullptr,
@@ -180,13 +190,7 @@ void PostgresStatement::Reset() {
   PQclear(result_);
   result_ = nullptr;
   row_ = -1;
-  cursorOpen_ = false;
-  // The cursor ends with its transaction; one still open goes now, so that the next run may
-  // declare it anew.
-  if (cursorExists_ && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
-    PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
-  }
-  cursorExists_ = false;
+  cursorOpen_ = false;  // the cursor itself ends with its transaction, or at the next run
 }
 
 long long PostgresStatement::Changes() const {

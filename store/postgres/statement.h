@@ -3,6 +3,8 @@
 
 #include <libpq-fe.h>
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +15,10 @@ namespace brindlewayProj::store::postgres {
 class PostgresStatement : public Statement {
  public:
   // Prepares `sql` on the server under `name`; a failure raises the statement's BackendError.
-  PostgresStatement(PGconn* db, std::string name, const std::string& sql);
+  // `transaction` is the connection's count of transactions begun, which tells whether a
+  // cursor of an earlier run has ended with its transaction.
+  PostgresStatement(PGconn* db, std::string name, const std::string& sql,
+                    const std::uint64_t& transaction);
   ~PostgresStatement() override;
   PostgresStatement(const PostgresStatement&) = delete;
   PostgresStatement& operator=(const PostgresStatement&) = delete;
@@ -21,9 +26,9 @@ class PostgresStatement : public Statement {
   std::shared_ptr<const std::vector<ColumnInfo>> Columns() const override { return columns_; }
   void Bind(const std::vector<SqlValue>& values) override;
   // The first Step runs the statement and takes its whole result; later ones walk it. A
-  // dynaset's statement (the row identity first) inside a transaction runs as a cursor instead,
-  // fetched in batches as the rows are walked, so that opening a large table costs no more than
-  // a small one.
+  // dynaset's statement on a whole table (the row identity first, no WHERE) inside a transaction
+  // runs as a cursor instead, fetched in batches as the rows are walked, so that opening a large
+  // table to add a row costs no more than a small one.
   bool Step() override;
   SqlValue Column(int index) const override;
   void Reset() override;
@@ -49,10 +54,11 @@ class PostgresStatement : public Statement {
   PGresult* result_ = nullptr;
   int row_ = -1;
   std::string sql_;
-  bool dynaset_;            // selects the row identity first
+  bool wholeTable_;         // a dynaset's statement on a whole table
   bool declared_ = false;   // the DECLARE is prepared on the server
   bool cursorOpen_ = false;  // a cursor of this statement is open, with rows left to fetch
-  bool cursorExists_ = false;  // a cursor of this statement is open on the server
+  const std::uint64_t& transaction_;
+  std::optional<std::uint64_t> cursorTransaction_;  // where the last cursor was declared
 };
 
 }  // namespace brindlewayProj::store::postgres
