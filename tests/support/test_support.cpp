@@ -7,6 +7,7 @@
 
 #include <cctype>
 #include <fstream>
+#include <cstdio>
 #include <cstdlib>
 #include <random>
 #include <set>
@@ -21,20 +22,22 @@
 namespace brindlewayProj::testing {
 namespace {
 
-// Skips (or, where a server is required, fails) every test of a PostgreSQL run without a server,
-// and drops the databases the tests made.
+// Ends a PostgreSQL run without a server before any test, as skipped (exit code 77, which ctest
+// counts as a skip) or, where a server is required, as failed; and drops the databases the
+// tests made.
 class EngineEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
     if (!TestEngineIsPostgres()) return;
     auto missing = store::postgres::ServerMissingForTesting();
     if (!missing) return;
-    if (std::getenv("BRINDLEWAY_TEST_REQUIRE_SERVER")) {
-      FAIL() << "no PostgreSQL server: " << *missing;
-    }
-    GTEST_SKIP() << "no PostgreSQL server (" << *missing
-                 << "); run these tests with one: pg_virtualenv ctest -L postgres";
+    const bool required = std::getenv("BRINDLEWAY_TEST_REQUIRE_SERVER") != nullptr;
+    std::fprintf(stderr, "no PostgreSQL server: %s%s\n", missing->c_str(),
+                 required ? "" : "run these tests with one: pg_virtualenv ctest -L postgres");
+    std::fflush(stderr);
+    std::_Exit(required ? 1 : kSkipped);
   }
+  static constexpr int kSkipped = 77;
   void TearDown() override {
     for (const auto& uri : databases) store::postgres::DropDatabaseForTesting(uri);
   }
