@@ -53,7 +53,7 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "data-access component of an online shop")
 set(CPACK_PACKAGE_DESCRIPTION
   "The brindleway component (brindlewayProj.so) opens orders, fills and changes baskets,\n\
-places orders for delivery, lists and reads orders, and deletes them, on a SQLite store.\n\
+places orders for delivery, lists and reads orders, and deletes them, on a SQLite store or a PostgreSQL database.\n\
 The package holds the library, its C++ headers, the CMake package and pkg-config files,\n\
 the static client library for late-bound calls, and the brindleway program.")
 set(CPACK_PACKAGE_CONTACT "brindleway maintainers <maintainers@users.noreply.c-seed-95188c27.example>")

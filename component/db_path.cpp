@@ -6,6 +6,7 @@
 #include "platform/ascii.h"
 #include "platform/paths.h"
 #include "platform/text_file.h"
+#include "store/store_name.h"
 
 namespace brindlewayProj {
 
@@ -17,10 +18,11 @@ String KeyLineValue(const String& line) {
   return Trim(equals == String::npos ? line : line.substr(equals + 1));
 }
 
-// A network path ("\\server\...") or a drive path ("...:\...") stands as it is; anything
-// else lies below the component's folder.
+// A network path ("\\server\..."), a drive path ("...:\...") or a connection URI stands as it
+// is; anything else lies below the component's folder.
 String ResolveAgainstAppPath(const String& value) {
-  const bool absolute = value.starts_with("\\\\") || value.find(":\\") != String::npos;
+  const bool absolute = value.starts_with("\\\\") || value.find(":\\") != String::npos ||
+                        store::IsConnectionUri(value);
   return absolute ? value : platform::App::Path() + "\\" + value;
 }
 

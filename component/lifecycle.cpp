@@ -5,6 +5,7 @@
 #include <brindleway/hooks.h>
 #include "platform/message_box.h"
 #include "platform/paths.h"
+#include "store/store_name.h"
 
 namespace brindlewayProj {
 
@@ -17,10 +18,12 @@ void brindleway::Class_Initialize() {
   mWSpace = nullptr;
   mDBase = nullptr;
   mDbFileName = ReadDbPath();
-  const String fileFound = platform::Dir(mDbFileName, 0);
   const String appPath = platform::App::Path();
-  // The default is not tested here: whether it exists shows when it is opened.
-  if (fileFound.empty()) mDbFileName = appPath + "\\brindleway.mdb";
+  // The default is not tested here: whether it exists shows when it is opened. Whether a
+  // database server answers shows there too.
+  if (!store::IsConnectionUri(mDbFileName) && platform::Dir(mDbFileName, 0).empty()) {
+    mDbFileName = appPath + "\\brindleway.mdb";
+  }
 
   WorkspaceRef workspace;
   DatabaseRef database;

@@ -44,6 +44,7 @@ platform::Error InStoreWords(const store::BackendError& failure, const WriteCont
       return store::RequiredField(failure.Detail());
     case store::FailureKind::kForeignKey:
       if (context.deleting) return store::RelatedRecordsExist();
+      if (!failure.Detail().empty()) return store::RelatedRecordRequired(failure.Detail());
       if (context.table) return store::RelatedRecordRequired(MissingParent(context));
       return store::EngineFailure(failure.what());
     case store::FailureKind::kNotADatabase:

@@ -5,13 +5,16 @@
 #include "dataaccess/dao_impl.h"
 #include "platform/paths.h"
 #include "store/errors.h"
+#include "store/store_name.h"
 
 namespace brindlewayProj::dao {
 namespace {
 
-// The open session of a file in the workspace, or a new one.
-std::shared_ptr<internal::Session> SessionFor(Workspace::Impl& workspace, const String& name) {
+// The store a name stands for, and the key of its session: a connection URI as it is, a file
+// by its canonical path. A file must exist and hold something.
+std::filesystem::path StoreOf(const String& name) {
   if (name.empty()) throw store::EmptyPath();
+  if (store::IsConnectionUri(name)) return std::filesystem::path(name);
   std::filesystem::path file = platform::ToHostPath(name);
   std::error_code failure;
   auto status = std::filesystem::status(file, failure);
@@ -19,7 +22,14 @@ std::shared_ptr<internal::Session> SessionFor(Workspace::Impl& workspace, const 
   if (!std::filesystem::is_regular_file(status) || std::filesystem::file_size(file, failure) == 0) {
     throw store::UnrecognizedFormat(name);
   }
-  auto key = std::filesystem::weakly_canonical(file, failure);
+  return file;
+}
+
+// The open session of a store in the workspace, or a new one.
+std::shared_ptr<internal::Session> SessionFor(Workspace::Impl& workspace, const String& name) {
+  std::filesystem::path file = StoreOf(name);
+  std::error_code failure;
+  auto key = store::IsConnectionUri(name) ? file : std::filesystem::weakly_canonical(file, failure);
   if (failure) key = file;
   if (auto existing = workspace.sessions[key].lock()) return existing;
   std::shared_ptr<store::Connection> connection;
@@ -28,6 +38,9 @@ std::shared_ptr<internal::Session> SessionFor(Workspace::Impl& workspace, const 
   } catch (const store::BackendError& error) {
     if (error.Kind() == store::FailureKind::kNotADatabase) throw store::UnrecognizedFormat(name);
     if (error.Kind() == store::FailureKind::kCantOpen) throw store::FileNotFound(name);
+    if (error.Kind() == store::FailureKind::kCantConnect) {
+      throw store::CannotConnect(store::WithoutPassword(name), error.what());
+    }
     throw internal::Translate(error);
   }
   auto session =

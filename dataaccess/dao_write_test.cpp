@@ -2,7 +2,6 @@
 // dropped by Rollback or by releasing the recordset, what may not be changed, a row changed
 // by someone else, and the workspace's one transaction.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "dataaccess/dao_test_support.h"
 #include "store/errors.h"
@@ -54,13 +53,7 @@ TEST_F(WriteTest, UpdateRefusesARowChangedBySomeoneElseSinceEdit) {
   auto orders = Dynaset("Select * From [Orders] Where ( [OrderId] = 2 )");
   orders->Edit();
   orders->Collect("Delivery", Variant(Integer{1}));
-  sqlite3* other = nullptr;
-  sqlite3_open(file_.c_str(), &other);
-  sqlite3_busy_timeout(other, 5000);
-  ASSERT_EQ(sqlite3_exec(other, "UPDATE Orders SET Description = 'theirs' WHERE OrderId = 2",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(other);
+  testing::SqlRows(file_, "UPDATE Orders SET Description = 'theirs' WHERE OrderId = 2");
   EXPECT_STORE_ERROR(orders->Update(dbUpdateRegular, false), store::errConflict,
                      "The database engine stopped the process because you and another user are "
                      "attempting to change the same data at the same time.");

@@ -1,8 +1,10 @@
-// Backend-neutral pieces: the kind of a declared type and the choice of connection opener.
+// Backend-neutral pieces: the kind of a declared type and the choice of engine and opener.
 #include "store/backend.h"
 
 #include "platform/ascii.h"
+#include "store/postgres/connection.h"
 #include "store/sqlite/connection.h"
+#include "store/store_name.h"
 
 namespace brindlewayProj::store {
 namespace {
@@ -29,6 +31,11 @@ DeclaredKind KindOfDeclaredType(std::string_view declaredType) {
 
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file) {
   if (TestOpener()) return TestOpener()(file);
+  return OpenEngineConnection(file);
+}
+
+std::shared_ptr<Connection> OpenEngineConnection(const std::filesystem::path& file) {
+  if (IsConnectionUri(file.native())) return postgres::Open(file.native());
   return sqlite::Open(file);
 }
 

@@ -55,11 +55,13 @@ enum class FailureKind {
   kBusy,          // locked by another connection past the busy timeout
   kFull,          // the disk is full
   kReadOnly,      // the file cannot be written
-  kForeignKey,    // a reference the table does not accept
+  kForeignKey,    // a reference the table does not accept; `detail` names the parent table
+                  // when the engine tells it
   kNotNull,       // a required field without value; `detail` names the column
   kUnique,        // a duplicate key
   kNotADatabase,  // the file is no database
   kCantOpen,      // the file cannot be opened
+  kCantConnect,   // the database server cannot be reached or refuses the connection
   kOther,
 };
 
@@ -94,12 +96,21 @@ class SqlSyntax {
   virtual std::string_view RowIdentity() const = 0;
   // What follows a sort key so that text sorts without regard to case.
   virtual std::string_view CaseInsensitiveOrder() const = 0;
+  // The comparison, spaced, that holds for equal values and for Null against Null.
+  virtual std::string_view NullSafeEquals() const = 0;
+  // What follows a sort key's direction so that Null sorts as the smallest value: first going
+  // up, last going down.
+  virtual std::string_view NullsAsSmallest(bool descending) const = 0;
+  // Whether SELECT DISTINCT gives each row where its first copy stands (else the dialect keeps
+  // that order itself, numbering the rows).
+  virtual bool DistinctKeepsFirstCopies() const = 0;
   // The pattern operator that matches without regard to case (`_` and `%` wildcards, `\`
   // as escape).
   virtual std::string_view CaseInsensitiveLike() const = 0;
 };
 
-// The identity of one table row as the engine gives it (SQLite: the rowid).
+// The identity of one table row as the engine gives it (SQLite: the rowid; PostgreSQL: the
+// tuple's ctid as text).
 using RowId = SqlValue;
 
 // One column's value in a row being written or compared.
@@ -168,10 +179,14 @@ class Connection {
   virtual void Rollback(int level) = 0;
 };
 
-// Opens an existing store file for reading and writing, shared with other connections, on the
-// engine it belongs to. Raises BackendError kCantOpen (also for a missing file) or
-// kNotADatabase.
+// Opens an existing store for reading and writing, shared with other connections, on the
+// engine its name belongs to (see store_name.h): a connection URI on PostgreSQL, a file path on
+// SQLite. Raises BackendError kCantOpen (also for a missing file), kNotADatabase or
+// kCantConnect (whose message never shows a password).
 std::shared_ptr<Connection> OpenConnection(const std::filesystem::path& file);
+
+// OpenConnection on the engine itself, past the test hook below: what a test's opener wraps.
+std::shared_ptr<Connection> OpenEngineConnection(const std::filesystem::path& file);
 
 // Test-only hook: replaces how connections are opened (to wrap them in a fault injector);
 // nullptr restores the embedded backend.

@@ -295,10 +295,52 @@ bool DeclaredAsNoText(const SourceInfo* source, std::string_view column) {
   return false;
 }
 
+void AppendNames(std::string& sql, const std::vector<std::string>& names, const SqlSyntax& syntax) {
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i) sql += ", ";
+    syntax.AppendQuotedName(sql, names[i]);
+  }
+}
+
+void AppendOrderBy(std::string& sql, const ParsedStatement& statement, const SqlSyntax& syntax,
+                   const SourceInfo* source) {
+  for (std::size_t i = 0; i < statement.orderBy.size(); ++i) {
+    const auto& key = statement.orderBy[i];
+    sql += i ? ", " : " ORDER BY ";
+    syntax.AppendQuotedName(sql, key.name);
+    if (!DeclaredAsNoText(source, key.name)) sql += syntax.CaseInsensitiveOrder();
+    if (key.descending) sql += " DESC";
+    sql += syntax.NullsAsSmallest(key.descending);
+  }
+}
+
+// A Distinct over named columns where the engine's own DISTINCT may reorder the rows: the rows
+// numbered as they come, grouped, and given in the order of their first copies (or sorted).
+std::string DistinctInFirstCopyOrder(const ParsedStatement& statement, const SqlSyntax& syntax,
+                                     const SourceInfo* source) {
+  std::string names;
+  AppendNames(names, statement.columns, syntax);
+  std::string sql = "SELECT " + names + " FROM (SELECT " + names +
+                    ", row_number() OVER () AS copy_number FROM ";
+  syntax.AppendQuotedName(sql, statement.source);
+  if (!statement.where.empty()) sql += " WHERE " + statement.where;
+  sql += ") AS numbered GROUP BY " + names;
+  if (statement.orderBy.empty()) {
+    sql += " ORDER BY min(copy_number)";
+  } else {
+    AppendOrderBy(sql, statement, syntax, source);
+  }
+  return sql;
+}
+
 }  // namespace
 
 std::string SelectSql(const ParsedStatement& statement, bool withRowId, const SqlSyntax& syntax,
                       const SourceInfo* source) {
+  if (statement.distinct && !syntax.DistinctKeepsFirstCopies() && !statement.columns.empty() &&
+      !withRowId) {
+    return DistinctInFirstCopyOrder(statement, syntax, source);
+  }
   std::string sql = statement.distinct ? "SELECT DISTINCT " : "SELECT ";
   if (withRowId) {
     sql += syntax.RowIdentity();
@@ -307,21 +349,12 @@ std::string SelectSql(const ParsedStatement& statement, bool withRowId, const Sq
   if (statement.columns.empty()) {
     sql += '*';
   } else {
-    for (std::size_t i = 0; i < statement.columns.size(); ++i) {
-      if (i) sql += ", ";
-      syntax.AppendQuotedName(sql, statement.columns[i]);
-    }
+    AppendNames(sql, statement.columns, syntax);
   }
   sql += " FROM ";
   syntax.AppendQuotedName(sql, statement.source);
   if (!statement.where.empty()) sql += " WHERE " + statement.where;
-  for (std::size_t i = 0; i < statement.orderBy.size(); ++i) {
-    const auto& key = statement.orderBy[i];
-    sql += i ? ", " : " ORDER BY ";
-    syntax.AppendQuotedName(sql, key.name);
-    if (!DeclaredAsNoText(source, key.name)) sql += syntax.CaseInsensitiveOrder();
-    if (key.descending) sql += " DESC";
-  }
+  AppendOrderBy(sql, statement, syntax, source);
   return sql;
 }
 

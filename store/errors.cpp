@@ -37,6 +37,12 @@ Error FileNotFound(const String& path) {
   return Error(errFileNotFound, "Could not find file '" + path + "'.");
 }
 
+Error CannotConnect(const String& store, const String& reasonGiven) {
+  String reason = reasonGiven;
+  while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' ')) reason.pop_back();
+  return Error(errConnectionFailed, "Connection to '" + store + "' failed: " + reason);
+}
+
 Error DiskFull() { return Error(errDiskFull, "Not enough space on disk."); }
 
 Error ReadOnly() { return Error(errReadOnly, "Cannot update. Database or object is read-only."); }

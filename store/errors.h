@@ -15,6 +15,7 @@ enum StoreErrorNumber : Long {
   errUpdateWithoutEdit = 3020,
   errDuplicateKey = 3022,
   errFileNotFound = 3024,
+  errConnectionFailed = 3151,
   errDiskFull = 3026,
   errReadOnly = 3027,
   errNoTransaction = 3034,
@@ -44,6 +45,8 @@ platform::Error NoCurrentRecord();
 platform::Error UpdateWithoutEdit();
 platform::Error DuplicateKey();
 platform::Error FileNotFound(const String& path);
+// `store` and `reason` free of any password.
+platform::Error CannotConnect(const String& store, const String& reason);
 platform::Error DiskFull();
 platform::Error ReadOnly();
 platform::Error NoTransaction();

@@ -4,7 +4,6 @@
 // the store's text, leaves the store as it was and no transaction open, and the next call
 // succeeds.
 #include "store/backend.h"
-#include "store/sqlite/connection.h"
 #include "tests/support/forwarding_connection.h"
 #include "tests/support/method_calls.h"
 #include "tests/support/shop_fixture.h"
@@ -53,7 +52,7 @@ class FaultInjectionTest : public ShopTest {
   FaultInjectionTest() {
     shop_.reset();  // the object below opens its connection through the faulty backend
     store::SetConnectionOpenerForTesting([this](const std::filesystem::path& file) {
-      return std::make_shared<FaultyConnection>(store::sqlite::Open(file), plan_);
+      return std::make_shared<FaultyConnection>(store::OpenEngineConnection(file), plan_);
     });
     shop_ = std::make_unique<brindleway>();
   }
@@ -69,10 +68,8 @@ class FaultInjectionTest : public ShopTest {
         "INSERT INTO OrderBasket VALUES (42, 7, 3), (42, 8, 1), (43, 7, 1);");
   }
   std::string Tables() {
-    return Scalar(
-        "SELECT (SELECT group_concat(OrderId || CustomerId || ifnull(DeliveryDate, '') ||"
-        " Delivery || ifnull(Description, '')) FROM Orders) || '/' || (SELECT"
-        " group_concat(OrderId || '-' || ProductId || '-' || Quantity) FROM OrderBasket)");
+    return JoinedRows(store_, "SELECT * FROM Orders ORDER BY OrderId") + "/" +
+           JoinedRows(store_, "SELECT * FROM OrderBasket ORDER BY OrderId, ProductId, Quantity");
   }
 
   FaultPlan plan_;

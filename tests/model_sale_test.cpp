@@ -83,7 +83,8 @@ class ModelSaleTest : public ::testing::Test {
       orders_[std::stoi(o[0])] = {std::stoi(o[1]), StoredDate(o[2]), StoredDate(o[3]),
                                   Integer(std::stoi(o[4])), StoredText(o[5])};
     }
-    for (auto& b : SqlRows(file_, "SELECT * FROM OrderBasket ORDER BY rowid"))
+    // Rows no one has changed yet come in the order they were added, on either engine.
+    for (auto& b : SqlRows(file_, "SELECT * FROM OrderBasket"))
       basket_.push_back({std::stoi(b[0]), std::stoi(b[1]), std::stoi(b[2])});
     lastKey_ = orders_.rbegin()->first;
   }
@@ -133,6 +134,24 @@ class ModelSaleTest : public ::testing::Test {
     for (auto& row : basket_)
       if (row.order == order && product.value_or(row.product) == row.product) rows.push_back(&row);
     return rows;
+  }
+
+  // On PostgreSQL rows come in the order of their places in the table, which deletes and
+  // updates reshuffle, not in the order they were added: of several rows of one order and
+  // product, one changed, and the rows take the quantities in the store's order.
+  void FollowTheStore(const std::vector<BasketRow*>& rows, Long quantity) {
+    std::vector<Long> stored, before;
+    for (auto& row : SqlRows(file_, "SELECT Quantity FROM OrderBasket WHERE OrderId = " +
+                                        to_string(rows[0]->order) + " AND ProductId = " +
+                                        to_string(rows[0]->product)))
+      stored.push_back(std::stol(row[0]));
+    for (const BasketRow* row : rows) before.push_back(row->quantity);
+    auto after = stored;
+    ASSERT_NE(std::ranges::find(after, quantity), after.end());
+    after.erase(std::ranges::find(after, quantity));
+    std::ranges::sort(after), std::ranges::sort(before);
+    ASSERT_TRUE(std::ranges::includes(before, after)) << "another row than one changed";
+    for (std::size_t i = 0; i < rows.size(); ++i) rows[i]->quantity = stored[i];
   }
 
   // Conversions come before the store sees the row, so a bad value fails before an unknown
@@ -212,7 +231,9 @@ class ModelSaleTest : public ::testing::Test {
     if (pick == 5) Expect(status, -1, "CompError", "Type mismatch");
     if (pick != 5) Expect(status, 1, "CompInfo", "Success");
     EXPECT_EQ(IsMissing(value) ? "missing" : JoinText(value), afterwards);
-    if (quantity) rows[0]->quantity = *quantity;
+    if (!quantity) return;
+    if (TestEngineIsPostgres() && rows.size() > 1) return FollowTheStore(rows, *quantity);
+    rows[0]->quantity = *quantity;
   }
 
   void RemoveFromBasket() {
@@ -280,7 +301,11 @@ class ModelSaleTest : public ::testing::Test {
       if (std::ranges::count(quantities, row->quantity) == 0) quantities.push_back(row->quantity);
     auto trace = Call("QuantityOrdered", to_string(order) + "/" + to_string(product));
     ExpectFound(shop_->QuantityOrdered(msg_, quantity, order, product), quantities.size());
-    EXPECT_EQ(quantity, quantities.empty() ? -77 : quantities[0]);
+    if (TestEngineIsPostgres() && quantities.size() > 1) {  // see FollowTheStore
+      EXPECT_NE(std::ranges::find(quantities, quantity), quantities.end());
+    } else {
+      EXPECT_EQ(quantity, quantities.empty() ? -77 : quantities[0]);
+    }
   }
 
   void BasketTable() {

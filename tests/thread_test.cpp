@@ -1,7 +1,12 @@
-// Threads: every thread has its own engine, so objects on different threads share nothing but
-// the store file. Eight threads selling at once lose and duplicate no order; an object called
-// from another thread than its own refuses the call and stays usable on its own.
+// Threads and processes: every thread has its own engine, so objects on different threads share
+// nothing but the store. Eight threads, or four processes, selling at once lose and duplicate
+// no order; an object called from another thread than its own refuses the call and stays
+// usable on its own.
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <atomic>
+#include <cstdio>
 #include <set>
 #include <thread>
 
@@ -66,14 +71,40 @@ void Sell(Long customer, Seller& seller) {
   expect(listed == static_cast<Integer>(seller.orders.size()), "ListOfOrders");
 }
 
-TEST(ThreadTest, EightThreadsSellingAtOnceLoseAndDuplicateNoOrder) {
-  TempDir dir;
+// A store with the two products and customers 101 to 100 + `sellers`, which the component in
+// `dir` opens.
+std::filesystem::path MakeSalesStore(const TempDir& dir, int sellers) {
   auto store = MakeStore(dir, false);
   std::string customers = "INSERT INTO Products VALUES (7, 'Tea', 'Leafco', 4.5), (8, 'Mug', 'Clay', 9);";
-  for (int i = 1; i <= kThreads; ++i) {
+  for (int i = 1; i <= sellers; ++i) {
     customers += "INSERT INTO Customers VALUES (" + std::to_string(100 + i) + ", 'C', 'D');";
   }
   SqlRows(store, customers);
+  return store;
+}
+
+// Every acknowledged order is stored once, under its customer; no other order is; no seller
+// met an answer it did not expect.
+void ExpectEveryAcknowledgedOrderStoredOnce(const std::filesystem::path& store,
+                                            const std::vector<Seller>& sellers) {
+  std::set<Long> acknowledged;
+  int conflicts = 0;
+  for (std::size_t i = 0; i < sellers.size(); ++i) {
+    for (const auto& surprise : sellers[i].surprises) ADD_FAILURE() << "thread " << i << ": " << surprise;
+    for (Long order : sellers[i].orders) EXPECT_TRUE(acknowledged.insert(order).second) << order;
+    conflicts += sellers[i].lockConflicts;
+  }
+  std::set<Long> found;
+  for (const auto& row : SqlRows(store, "SELECT OrderId FROM Orders")) {
+    found.insert(std::stol(row[0]));
+  }
+  EXPECT_EQ(found, acknowledged);
+  ::testing::Test::RecordProperty("lock_conflicts", conflicts);
+}
+
+TEST(ThreadTest, EightThreadsSellingAtOnceLoseAndDuplicateNoOrder) {
+  TempDir dir;
+  auto store = MakeSalesStore(dir, kThreads);
   platform::App::SetPath(dir.path().string());
   std::vector<Seller> sellers(kThreads);
   {
@@ -81,20 +112,56 @@ TEST(ThreadTest, EightThreadsSellingAtOnceLoseAndDuplicateNoOrder) {
     for (int i = 0; i < kThreads; ++i) threads.emplace_back(Sell, 101 + i, std::ref(sellers[i]));
   }
   platform::App::SetPath("");
-  std::set<Long> acknowledged;
-  int conflicts = 0;
-  for (int i = 0; i < kThreads; ++i) {
-    for (const auto& surprise : sellers[i].surprises) ADD_FAILURE() << "thread " << i << ": " << surprise;
-    for (Long order : sellers[i].orders) EXPECT_TRUE(acknowledged.insert(order).second) << order;
-    conflicts += sellers[i].lockConflicts;
+  ExpectEveryAcknowledgedOrderStoredOnce(store, sellers);
+}
+
+// The same sales from processes of their own, as several web servers would run them: each
+// sends back, line by line, its orders ("o <id>"), lock conflicts ("c") and surprises.
+TEST(ThreadTest, FourProcessesSellingAtOnceLoseAndDuplicateNoOrder) {
+  constexpr int kProcesses = 4;
+  TempDir dir;
+  auto store = MakeSalesStore(dir, kProcesses);
+  platform::App::SetPath(dir.path().string());
+  std::vector<std::pair<pid_t, FILE*>> children;
+  for (int i = 0; i < kProcesses; ++i) {
+    int report[2];
+    ASSERT_EQ(pipe(report), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      close(report[0]);
+      Seller seller;
+      Sell(101 + i, seller);
+      std::string lines;
+      for (Long order : seller.orders) lines += "o " + std::to_string(order) + "\n";
+      lines += std::string(static_cast<std::size_t>(seller.lockConflicts), 'c');
+      for (const auto& surprise : seller.surprises) lines += "\n" + surprise;
+      (void)!write(report[1], lines.data(), lines.size());
+      _exit(0);
+    }
+    close(report[1]);
+    children.emplace_back(child, fdopen(report[0], "r"));
   }
-  // Every acknowledged order is stored once, under its customer; no other order is.
-  std::set<Long> found;
-  for (const auto& row : SqlRows(store, "SELECT OrderId FROM Orders")) {
-    found.insert(std::stol(row[0]));
+  platform::App::SetPath("");
+  std::vector<Seller> sellers(kProcesses);
+  for (int i = 0; i < kProcesses; ++i) {
+    char line[512];
+    while (std::fgets(line, sizeof line, children[i].second)) {
+      std::string text(line);
+      if (text.ends_with('\n')) text.pop_back();
+      if (text.starts_with("o ")) {
+        sellers[i].orders.push_back(std::stol(text.substr(2)));
+      } else if (!text.empty() && text.find_first_not_of('c') == std::string::npos) {
+        sellers[i].lockConflicts += static_cast<int>(text.size());
+      } else if (!text.empty()) {
+        sellers[i].surprises.push_back(text);
+      }
+    }
+    std::fclose(children[i].second);
+    int status = 0;
+    waitpid(children[i].first, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "process " << i;
   }
-  EXPECT_EQ(found, acknowledged);
-  RecordProperty("lock_conflicts", conflicts);
+  ExpectEveryAcknowledgedOrderStoredOnce(store, sellers);
 }
 
 TEST(ThreadTest, ACallFromAnotherThreadIsRefusedAndTheObjectLivesOn) {

@@ -1,12 +1,11 @@
 // The four methods with a transaction under contention and inside a client's transaction, on
-// real files with a second connection and a second process; and the keys of new orders.
+// real stores with a second connection and a second process; and the keys of new orders.
 #include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 
 #include "store/backend.h"
-#include "store/sqlite/connection.h"
 #include "tests/support/forwarding_connection.h"
 #include "tests/support/method_calls.h"
 #include "tests/support/shop_fixture.h"
@@ -14,10 +13,12 @@
 namespace brindlewayProj::testing {
 namespace {
 
-constexpr char kFingerprint[] =
-    "SELECT (SELECT group_concat(OrderId || ':' || CustomerId || ':' || ifnull(DeliveryDate, '-')"
-    " || ':' || Delivery, ' ') FROM Orders) || ' / ' || (SELECT group_concat(OrderId || ':' ||"
-    " ProductId || ':' || Quantity, ' ') FROM OrderBasket)";
+// The orders and basket rows in one text.
+std::string Fingerprint(const std::filesystem::path& store) {
+  return JoinedRows(store, "SELECT OrderId, CustomerId, DeliveryDate, Delivery FROM Orders "
+                           "ORDER BY OrderId") +
+         " / " + JoinedRows(store, "SELECT * FROM OrderBasket ORDER BY OrderId, ProductId");
+}
 
 // Order 1 of customer 17 holds Tea (7); a new order goes to customer 18, a Mug (8) to order 1.
 const auto kMethods = TransactionMethodCalls({18, 1, 7, 8, "Tea", 1, 1});
@@ -33,14 +34,18 @@ class LockHolder {
     child_ = fork();
     if (child_ == 0) {
       close(ready[0]), close(release[1]);
-      sqlite3* db = nullptr;
-      sqlite3_open(store.c_str(), &db);
-      char byte = sqlite3_exec(db, "BEGIN IMMEDIATE; UPDATE Orders SET Description = 'theirs'",
-                               nullptr, nullptr, nullptr) == SQLITE_OK ? 'y' : 'n';
-      (void)!write(ready[1], &byte, 1);
-      (void)!read(release[0], &byte, 1);
-      sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
-      sqlite3_close(db);
+      char byte = 'y';
+      try {
+        auto db = store::OpenEngineConnection(store);
+        db->Begin(1);
+        db->Execute("UPDATE \"Orders\" SET \"Description\" = 'theirs'", {});
+        (void)!write(ready[1], &byte, 1);
+        (void)!read(release[0], &byte, 1);
+        db->Rollback(1);
+      } catch (const store::BackendError&) {
+        byte = 'n';
+        (void)!write(ready[1], &byte, 1);
+      }
       _exit(0);
     }
     char byte = 0;
@@ -77,7 +82,7 @@ class TransactionTest : public ShopTest {
 TEST_F(TransactionTest, AWriteLockElsewhereAnswersMinusOneAndTheNextCallSucceeds) {
   for (const auto& method : kMethods) {
     SCOPED_TRACE(method.name);
-    const std::string before = Scalar(kFingerprint);
+    const std::string before = Fingerprint(store_);
     {
       LockHolder holder(store_);
       EXPECT_EQ(method.call(*shop_, msg_), -1);
@@ -85,29 +90,29 @@ TEST_F(TransactionTest, AWriteLockElsewhereAnswersMinusOneAndTheNextCallSucceeds
                           "> Could not update; currently locked.");
       ExpectNoTransaction();
     }
-    EXPECT_EQ(Scalar(kFingerprint), before);
+    EXPECT_EQ(Fingerprint(store_), before);
     EXPECT_GE(method.call(*shop_, msg_), 0) << msg_;
-    EXPECT_NE(Scalar(kFingerprint), before);
+    EXPECT_NE(Fingerprint(store_), before);
   }
 }
 
 TEST_F(TransactionTest, AReaderElsewhereDoesNotStopAWrite) {
-  sqlite3* reader = nullptr;
-  sqlite3_open(store_.c_str(), &reader);
-  sqlite3_stmt* reading = nullptr;
-  sqlite3_prepare_v2(reader, "SELECT OrderId FROM Orders", -1, &reading, nullptr);
-  ASSERT_EQ(sqlite3_step(reading), SQLITE_ROW);  // a read transaction stays open
+  auto reader = store::OpenEngineConnection(store_);
+  auto reading = reader->Prepare("SELECT \"OrderId\" FROM \"Orders\"");
+  reading->Bind({});
+  ASSERT_TRUE(reading->Step());  // a read stays under way
   for (const auto& method : kMethods) {
     EXPECT_GE(method.call(*shop_, msg_), 0) << msg_;
   }
-  sqlite3_finalize(reading);
-  sqlite3_close(reader);
-  EXPECT_EQ(Scalar(kFingerprint),
+  EXPECT_EQ(Fingerprint(store_),
             "1:17:2026-11-09 00:00:00:1 2:18:-:0 / 1:7:5 1:8:2");
 }
 
 // Another writer that tries to commit while a method is between its read and its write is
 // held off until the method has committed: the method's read still holds when it writes.
+// SQLite only: there any writer takes the file's lock; on PostgreSQL only the component's
+// transactions take the database's write lock, and a foreign writer's change between read and
+// write is caught by Update's check instead.
 TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
   struct Interleaver : ForwardingConnection {
     Interleaver(std::shared_ptr<store::Connection> inner, std::filesystem::path file)
@@ -131,7 +136,7 @@ TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
     Interleaver* interleaver = nullptr;
     shop_.reset();  // its connection goes, so that the next object opens one of its own
     store::SetConnectionOpenerForTesting([&](const std::filesystem::path& file) {
-      auto connection = std::make_shared<Interleaver>(store::sqlite::Open(file), file);
+      auto connection = std::make_shared<Interleaver>(store::OpenEngineConnection(file), file);
       interleaver = connection.get();
       return connection;
     });
@@ -147,7 +152,7 @@ TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
 TEST_F(TransactionTest, AClientsTransactionSurvivesTheMethodsCalledInsideIt) {
   for (bool commit : {false, true}) {
     SCOPED_TRACE(commit ? "commit" : "rollback");
-    const std::string before = Scalar(kFingerprint);
+    const std::string before = Fingerprint(store_);
     auto workspace = dao::DBEngine().Workspaces(0);
     workspace->BeginTrans();
     workspace->OpenDatabase(store_.string())
@@ -155,23 +160,23 @@ TEST_F(TransactionTest, AClientsTransactionSurvivesTheMethodsCalledInsideIt) {
     for (const auto& method : kMethods) EXPECT_GE(method.call(*shop_, msg_), 0) << msg_;
     Long order = 1, unknown = 99, one = 1;
     EXPECT_EQ(shop_->ProductToBuy(msg_, order, unknown, one), -1);
-    EXPECT_EQ(Scalar(kFingerprint), before);  // nothing lasting yet
+    EXPECT_EQ(Fingerprint(store_), before);  // nothing lasting yet
     if (commit) {
       workspace->CommitTrans();
-      EXPECT_EQ(Scalar("SELECT group_concat(ProductId || 'x' || Quantity) FROM OrderBasket"), "8x2");
-      EXPECT_EQ(Scalar("SELECT Delivery || DeliveryDate FROM Orders WHERE OrderId = 1"),
-                "12026-11-09 00:00:00");
+      EXPECT_EQ(JoinedRows(store_, "SELECT ProductId, Quantity FROM OrderBasket"), "8:2");
+      EXPECT_EQ(JoinedRows(store_, "SELECT Delivery, DeliveryDate FROM Orders WHERE OrderId = 1"),
+                "1:2026-11-09 00:00:00");
       EXPECT_EQ(Scalar("SELECT count(*) FROM Orders WHERE CustomerId = 18"), "1");
     } else {
       workspace->Rollback();
-      EXPECT_EQ(Scalar(kFingerprint), before);
+      EXPECT_EQ(Fingerprint(store_), before);
     }
     ExpectNoTransaction();
   }
 }
 
-// The key that StartNewOrder hands out exists before the row is stored, for either form of an
-// engine-numbered key, and is never stored for another order, also after a refused order.
+// The key that StartNewOrder hands out exists before the row is stored, for either form of
+// SQLite's engine-numbered key, and is never stored for another order, also after a refused order.
 TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
   for (const char* key : {"INTEGER PRIMARY KEY AUTOINCREMENT", "INTEGER PRIMARY KEY"}) {
     SCOPED_TRACE(key);

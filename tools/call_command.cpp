@@ -192,7 +192,7 @@ void AddCallCommand(CLI::App& app, Program& program) {
   command->set_help_flag();
   command->add_flag("-h,--help", options->help, "Print this help, or the METHOD's, and exit");
   CLI::Option* store = command->add_option("--store", options->store,
-                                           "Connect the object to this store file (DbConnect)");
+                                           "Connect the object to this store file or PostgreSQL URI (DbConnect)");
   command->add_flag("--json", options->json, "Answer in JSON; with METHOD '-', a batch of calls");
   command->add_option("METHOD", options->method, "The method to call, or '-' for a batch");
   command->add_option("ARGUMENTS", options->assignments, "Name=value for each argument given");

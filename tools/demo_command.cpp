@@ -11,6 +11,7 @@
 #include <brindleway/dao.h>
 #include <brindleway/hooks.h>
 #include "store/schema.h"
+#include "store/store_name.h"
 #include "tools/commands.h"
 #include "tools/json_forms.h"
 #include "tools/late_call.h"
@@ -26,8 +27,9 @@ ListOpenOrders, BuyAnOrder, ListShippedOrders, OrderDetail and ListOfOrders, pri
 each call with its status, message and changed arguments (with --json one JSON line per
 call, as 'brindleway call --json' prints it, with the "arguments" given). The object is
 created through the registry (run 'brindleway register' first) and connected to FILE, by
-default brindleway.mdb beside brindlewayProj.so; a missing store is created with sample
-data.
+default brindleway.mdb beside brindlewayProj.so; a missing store file is created with sample
+data. FILE may be a PostgreSQL connection URI; 'brindleway create --sample URI' fills an
+empty database first.
 
 Exit codes: 0 every call answered status 0 or more; 1 a call answered -1 or failed;
 2 a usage error; 3 the store or the object could not be used.)";
@@ -146,8 +148,10 @@ int RunDemo(const DemoOptions& options, const Program& program) {
   String customer;
   std::vector<String> products;
   std::shared_ptr<server::Dispatch> object;
+  const bool database = store::IsConnectionUri(storeFile);
+  const String shown = database ? store::WithoutPassword(storeFile) : storeFile;
   try {
-    if (!std::filesystem::exists(storeFile)) {
+    if (!database && !std::filesystem::exists(storeFile)) {
       store::CreateStore(storeFile, true);
       program.Note("created sample store " + storeFile, options.json);
     }
@@ -161,11 +165,11 @@ int RunDemo(const DemoOptions& options, const Program& program) {
   } catch (const platform::Error& failure) {
     // The default store lies beside the library, which an installed system may not let its
     // users write to.
-    Program::Fail(storeFile + ": " + failure.Description() +
+    Program::Fail(shown + ": " + failure.Description() +
                   (options.store.empty() ? " ('demo --store FILE' runs on a store elsewhere)" : ""));
     return kExitEnvironment;
   }
-  program.Note("store " + storeFile + ", customer " + customer, options.json);
+  program.Note("store " + shown + ", customer " + customer, options.json);
   Demo demo(*object, program, options.json);
   try {
     WalkTheSale(demo, customer, products);
@@ -188,7 +192,7 @@ void AddDemoCommand(CLI::App& app, Program& program) {
       app.add_subcommand("demo", "Walk through a typical sale, printing every call");
   command->footer(kDemoFooter);
   command->add_option("--store", options->store,
-                      "The store file, created with sample data when missing");
+                      "The store file (created with sample data when missing) or PostgreSQL URI");
   command->add_flag("--json", options->json, "One JSON line per call");
   command->callback([options, &program] { program.exitCode = RunDemo(*options, program); });
 }

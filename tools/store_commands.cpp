@@ -9,6 +9,7 @@
 #include "server/server_exports.h"
 #include "server/type_library.h"
 #include "store/schema.h"
+#include "store/store_name.h"
 #include "tools/commands.h"
 
 namespace brindlewayProj::cli {
@@ -16,7 +17,9 @@ namespace {
 
 constexpr const char* kCreateFooter =
     R"(Writes a new store file with the tables Customers, Products, Orders and OrderBasket and
-the queries OrdersWithNames and BasketList. An existing FILE is never touched (exit code 3).)";
+the queries OrdersWithNames and BasketList. An existing FILE is never touched (exit code 3).
+FILE may be a PostgreSQL connection URI (postgresql://user@host/database) of an empty
+database instead; one that holds tables already is never touched either.)";
 
 constexpr const char* kRegisterFooter =
     R"(Enters (or takes out) the server file this program uses, brindlewayProj.so, with class
@@ -30,19 +33,21 @@ struct CreateOptions {
 };
 
 int Create(const CreateOptions& options, const Program& program) {
+  const bool database = store::IsConnectionUri(options.file.native());
+  const std::string shown =
+      database ? store::WithoutPassword(options.file.native()) : options.file.string();
   std::error_code ignored;
-  if (std::filesystem::exists(options.file, ignored)) {
-    Program::Fail(options.file.string() + " already exists; it is left as it is");
+  if (!database && std::filesystem::exists(options.file, ignored)) {
+    Program::Fail(shown + " already exists; it is left as it is");
     return kExitEnvironment;
   }
   try {
     store::CreateStore(options.file, options.sample);
   } catch (const platform::Error& failure) {
-    Program::Fail("cannot create " + options.file.string() + ": " + failure.Description());
+    Program::Fail("cannot create " + shown + ": " + failure.Description());
     return kExitEnvironment;
   }
-  program.Note(String("created ") + (options.sample ? "sample store " : "store ") +
-               options.file.string());
+  program.Note(String("created ") + (options.sample ? "sample store " : "store ") + shown);
   return kExitOk;
 }
 
@@ -68,7 +73,8 @@ void AddCreateCommand(CLI::App& app, Program& program) {
   command->footer(kCreateFooter);
   command->add_flag("--sample", options->sample,
                     "Add invented customers, products and a few orders with baskets");
-  command->add_option("FILE", options->file, "The store file to write")->required();
+  command->add_option("FILE", options->file, "The store file (or PostgreSQL URI) to write")
+      ->required();
   command->callback([options, &program] { program.exitCode = Create(*options, program); });
 }
 

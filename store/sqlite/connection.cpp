@@ -20,6 +20,10 @@ class SqliteSyntax : public SqlSyntax {
   void AppendPlaceholder(std::string& sql, std::size_t /*number*/) const override { sql += '?'; }
   std::string_view RowIdentity() const override { return "rowid"; }
   std::string_view CaseInsensitiveOrder() const override { return " COLLATE NOCASE"; }
+  std::string_view NullSafeEquals() const override { return " IS "; }
+  // SQLite sorts Null as the smallest value already.
+  std::string_view NullsAsSmallest(bool /*descending*/) const override { return ""; }
+  bool DistinctKeepsFirstCopies() const override { return true; }
   // SQLite's LIKE ignores the case of ASCII letters already.
   std::string_view CaseInsensitiveLike() const override { return "LIKE"; }
 };

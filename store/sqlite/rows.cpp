@@ -3,6 +3,7 @@
 // parent row.
 #include <sqlite3.h>
 
+#include "store/row_sql.h"
 #include "store/sqlite/connection.h"
 
 namespace brindlewayProj::store::sqlite {
@@ -15,69 +16,22 @@ void AppendName(std::string& sql, std::string_view name) { Syntax().AppendQuoted
 std::optional<std::vector<SqlValue>> SqliteConnection::ReadRow(const SourceInfo& table,
                                                                std::span<const std::string> columns,
                                                                const RowId& row) {
-  std::string sql = "SELECT ";
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (i) sql += ", ";
-    AppendName(sql, columns[i]);
-  }
-  sql += " FROM ";
-  AppendName(sql, table.name);
-  sql += " WHERE rowid = ?";
-  auto statement = Prepare(sql);
+  auto statement = Prepare(ReadRowSql(Syntax(), table, columns));
   statement->Bind({row});
-  std::optional<std::vector<SqlValue>> values;
-  if (statement->Step()) {
-    values.emplace();
-    values->reserve(columns.size());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      values->push_back(statement->Column(static_cast<int>(i)));
-    }
-  }
-  return values;
+  return NextRowValues(*statement, columns.size());
 }
 
 long long SqliteConnection::UpdateRow(const SourceInfo& table, const RowId& row,
                                       std::span<const ColumnValue> changes,
                                       std::span<const ColumnValue> expected) {
-  std::string sql = "UPDATE ";
-  AppendName(sql, table.name);
-  sql += " SET ";
   std::vector<SqlValue> parameters;
-  parameters.reserve(changes.size() + 1 + expected.size());
-  for (const ColumnValue& change : changes) {
-    if (!parameters.empty()) sql += ", ";
-    AppendName(sql, change.column);
-    sql += " = ?";
-    parameters.push_back(change.value);
-  }
-  sql += " WHERE rowid = ?";
-  parameters.push_back(row);
-  for (const ColumnValue& held : expected) {
-    sql += " AND ";
-    AppendName(sql, held.column);
-    sql += " IS ?";
-    parameters.push_back(held.value);
-  }
+  const std::string sql = UpdateRowSql(Syntax(), table, row, changes, expected, parameters);
   return Execute(sql, parameters);
 }
 
 RowId SqliteConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) {
-  std::string sql = "INSERT INTO ";
-  AppendName(sql, table.name);
-  if (values.empty()) {
-    sql += " DEFAULT VALUES";
-  } else {
-    std::string names, placeholders;
-    for (const ColumnValue& value : values) {
-      if (!names.empty()) names += ", ", placeholders += ", ";
-      AppendName(names, value.column);
-      placeholders += '?';
-    }
-    sql += " (" + names + ") VALUES (" + placeholders + ")";
-  }
   std::vector<SqlValue> parameters;
-  parameters.reserve(values.size());
-  for (const ColumnValue& value : values) parameters.push_back(value.value);
+  const std::string sql = InsertRowSql(Syntax(), table, values, parameters);
   Execute(sql, parameters);
   return static_cast<std::int64_t>(sqlite3_last_insert_rowid(db_));
 }

@@ -25,15 +25,26 @@ class TempDir {
   std::filesystem::path path_;
 };
 
-// Creates a store file with the reference schema (and the sample data when asked) in `dir`.
+// The engine the store tests run on: PostgreSQL when BRINDLEWAY_TEST_ENGINE is "postgres"
+// (ctest's postgres-labelled tests), else SQLite. Without a reachable server the PostgreSQL
+// tests skip, unless BRINDLEWAY_REQUIRE_ALL is set (as in CI), where they fail.
+bool TestEngineIsPostgres();
+
+// Creates a store with the reference schema (and the sample data when asked): on SQLite the file
+// `name` in `dir`, on PostgreSQL a fresh database (dropped when the test program ends), named by
+// its connection URI; for the default name, the ini file in `dir` names that database, so
+// that a component in `dir` opens it as it would open brindleway.mdb there.
 std::filesystem::path MakeStore(const TempDir& dir, bool withSample = true,
                                 const std::string& name = "brindleway.mdb");
 
 // Runs `sql` (one or more statements) on a connection of its own, outside the component and its
 // transactions, and answers the rows it gives with every column as text ("NULL" for NULL). An
-// error fails the test.
+// error fails the test. The reference schema's names may stand bare, as SQLite takes them; on
+// PostgreSQL, which would fold them to lower case, they are quoted first.
 using SqlRow = std::vector<std::string>;
 std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string& sql);
+// The rows of `sql` in one text: fields joined by ':', rows by ' ', Null as '-'.
+std::string JoinedRows(const std::filesystem::path& file, const std::string& sql);
 // The first column of the first row of `sql`, or "no row".
 std::string SqlScalar(const std::filesystem::path& file, const std::string& sql);
 

@@ -1,0 +1,152 @@
+// PostgreSQL connections: connecting by URI, the statement cache, transactions and the SQL
+// spelling of this engine.
+#include "store/postgres/connection.h"
+
+#include "store/postgres/errors.h"
+#include "store/store_name.h"
+
+namespace brindlewayProj::store::postgres {
+namespace {
+
+// The advisory lock that a transaction holds while it may write: one writer per database at a
+// time, as on the embedded engine, so that concurrent sales neither deadlock nor fail to
+// serialize; a writer waits for another up to the lock timeout.
+constexpr const char* kBeginSql =
+    "BEGIN ISOLATION LEVEL READ COMMITTED; SELECT pg_advisory_xact_lock(7468190264)";
+
+class PostgresSyntax : public SqlSyntax {
+ public:
+  void AppendQuotedName(std::string& sql, std::string_view name) const override {
+    sql += '"';
+    for (char c : name) {
+      if (c == '"') sql += '"';
+      sql += c;
+    }
+    sql += '"';
+  }
+  void AppendPlaceholder(std::string& sql, std::size_t number) const override {
+    sql += '$';
+    sql += std::to_string(number);
+  }
+  std::string_view RowIdentity() const override { return "ctid"; }
+  // The schema's collation that orders text as the embedded engine's NOCASE does: ASCII
+  // letters without regard to case.
+  std::string_view CaseInsensitiveOrder() const override { return " COLLATE nocase"; }
+  std::string_view NullSafeEquals() const override { return " IS NOT DISTINCT FROM "; }
+  std::string_view NullsAsSmallest(bool descending) const override {
+    return descending ? " NULLS LAST" : " NULLS FIRST";
+  }
+  // DISTINCT may hash or sort the rows.
+  bool DistinctKeepsFirstCopies() const override { return false; }
+  std::string_view CaseInsensitiveLike() const override { return "ILIKE"; }
+};
+
+std::string SavepointName(int level) { return "\"level" + std::to_string(level) + "\""; }
+
+// A server-side statement name: `prefix` and a number.
+std::string StatementName(std::string_view prefix, std::uint64_t number) {
+  std::string name(prefix);
+  name += std::to_string(number);
+  return name;
+}
+
+}  // namespace
+
+const SqlSyntax& Syntax() {
+  static const PostgresSyntax syntax;
+  return syntax;
+}
+
+PostgresConnection::PostgresConnection(const std::string& uri) {
+  const char* keys[] = {"dbname", "options", "fallback_application_name", nullptr};
+  const std::string options = "-c lock_timeout=" + std::to_string(kLockTimeoutMilliseconds) +
+                              " -c DateStyle=ISO -c client_encoding=UTF8";
+  const char* values[] = {uri.c_str(), options.c_str(), "brindleway", nullptr};
+  db_ = PQconnectdbParams(keys, values, 1);
+  if (PQstatus(db_) != CONNECTION_OK) {
+    std::string reason = db_ ? PQerrorMessage(db_) : "out of memory";
+    PQfinish(db_);
+    throw BackendError(FailureKind::kCantConnect, ConcealPassword(reason, uri));
+  }
+}
+
+PostgresConnection::~PostgresConnection() {
+  statements_.clear();
+  PQfinish(db_);  // ends an open transaction with a rollback
+}
+
+std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
+  auto found = statements_.find(sql);
+  if (found == statements_.end()) {
+    auto statement = std::make_unique<PostgresStatement>(
+        db_, StatementName("s", statements_.size()), sql, transactions_);
+    found = statements_.emplace(sql, std::move(statement)).first;
+  }
+  PostgresStatement* kept = found->second.get();
+  if (kept->held) {
+    static thread_local std::uint64_t serving = 0;
+    return std::make_shared<PostgresStatement>(db_, StatementName("once", ++serving), sql,
+                                               transactions_);
+  }
+  kept->held = true;
+  return std::shared_ptr<Statement>(kept, [](Statement* statement) {
+    statement->Reset();
+    static_cast<PostgresStatement*>(statement)->held = false;
+  });
+}
+
+long long PostgresConnection::Execute(const std::string& sql, const std::vector<SqlValue>& values) {
+  auto statement = Prepare(sql);
+  statement->Bind(values);
+  while (statement->Step()) {
+  }
+  return static_cast<PostgresStatement&>(*statement).Changes();
+}
+
+void PostgresConnection::Begin(int level) {
+  if (level == 1) {
+    ++transactions_;
+    try {
+      Run(db_, kBeginSql);
+    } catch (const BackendError&) {
+      // No lock, no transaction: the caller goes on outside one, as after a refused BEGIN.
+      PQclear(PQexec(db_, "ROLLBACK"));
+      throw;
+    }
+  } else {
+    Run(db_, ("SAVEPOINT " + SavepointName(level)).c_str());
+  }
+}
+
+void PostgresConnection::Commit(int level) {
+  if (level == 1) {
+    // COMMIT of a transaction that failed answers ROLLBACK without an error.
+    PGresult* result = PQexec(db_, "COMMIT");
+    const bool rolledBack = PQresultStatus(result) == PGRES_COMMAND_OK &&
+                            std::string_view(PQcmdStatus(result)) == "ROLLBACK";
+    if (PQresultStatus(result) != PGRES_COMMAND_OK) Fail(db_, result);
+    PQclear(result);
+    moved_.clear();
+    if (rolledBack) throw BackendError(FailureKind::kOther, "The transaction was rolled back.");
+  } else {
+    Run(db_, ("RELEASE SAVEPOINT " + SavepointName(level)).c_str());
+  }
+}
+
+void PostgresConnection::Rollback(int level) {
+  if (PQtransactionStatus(db_) == PQTRANS_IDLE) return;  // no transaction is open any more
+  if (level == 1) {
+    Run(db_, "ROLLBACK");
+    moved_.clear();
+  } else {
+    Run(db_, ("ROLLBACK TO SAVEPOINT " + SavepointName(level) + "; RELEASE SAVEPOINT " +
+              SavepointName(level))
+                 .c_str());
+  }
+}
+
+std::shared_ptr<Connection> Open(const std::string& uri) {
+  return std::make_shared<PostgresConnection>(uri);
+}
+
+}  // namespace brindlewayProj::store::postgres

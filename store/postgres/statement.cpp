@@ -1,0 +1,201 @@
+// PostgreSQL statements: binding values as text, running the statement, and reading its rows.
+//
+// A failed statement aborts PostgreSQL's whole transaction (or savepoint), where the embedded
+// engine undoes the statement alone. That costs nothing here: the object model rolls back the
+// level a failure happened in, and a failure names what it needs (the parent table of a
+// refused reference) without asking the store again.
+#include "store/postgres/statement.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+
+#include "store/postgres/errors.h"
+
+namespace brindlewayProj::store::postgres {
+namespace {
+
+constexpr Oid kInt8 = 20, kInt2 = 21, kInt4 = 23, kFloat4 = 700, kFloat8 = 701,
+              kNumeric = 1700, kText = 25, kVarchar = 1043, kBpchar = 1042, kDate = 1082,
+              kTimestamp = 1114;
+
+DeclaredKind KindOfType(Oid type) {
+  switch (type) {
+    case kInt8:
+    case kInt4:
+      return DeclaredKind::kLong;
+    case kInt2:
+      return DeclaredKind::kInteger;
+    case kFloat4:
+    case kFloat8:
+    case kNumeric:
+      return DeclaredKind::kDouble;
+    case kDate:
+    case kTimestamp:
+      return DeclaredKind::kDate;
+    case kText:
+    case kVarchar:
+    case kBpchar:
+      return DeclaredKind::kText;
+    default:
+      return DeclaredKind::kUnknown;
+  }
+}
+
+// The value of a number as text that every numeric type of the server takes.
+std::string NumberText(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.17g", value);
+  return text;
+}
+
+constexpr int kCursorBatch = 64;
+
+}  // namespace
+
+PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql,
+                                     const std::uint64_t& transaction)
+    : db_(db),
+      name_(std::move(name)),
+      sql_(sql),
+      wholeTable_(sql.starts_with("SELECT ctid, ") && sql.find(" WHERE ") == std::string::npos),
+      transaction_(transaction) {
+  PGresult* prepared = PQprepare(db, name_.c_str(), sql.c_str(), 0, nullptr);
+  if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db, prepared);
+  PQclear(prepared);
+  PGresult* described = PQdescribePrepared(db, name_.c_str());
+  if (PQresultStatus(described) != PGRES_COMMAND_OK) Fail(db, described);
+  auto columns = std::make_shared<std::vector<ColumnInfo>>();
+  for (int i = 0; i < PQnfields(described); ++i) {
+    types_.push_back(PQftype(described, i));
+    columns->push_back({PQfname(described, i), KindOfType(types_.back())});
+  }
+  parameterCount_ = PQnparams(described);
+  PQclear(described);
+  columns_ = std::move(columns);
+}
+
+PostgresStatement::~PostgresStatement() {
+  Reset();
+  if (cursorTransaction_ == transaction_ && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
+    PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
+  }
+  // A statement that served one holder alone goes from the server with it.
+  if (name_.starts_with("once")) {
+    PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "\"").c_str()));
+    if (declared_) PQclear(PQexec(db_, ("DEALLOCATE \"" + name_ + "_declare\"").c_str()));
+  }
+}
+
+void PostgresStatement::Bind(const std::vector<SqlValue>& values) {
+  Reset();
+  texts_.assign(values.size(), std::string());
+  nulls_.assign(values.size(), false);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const SqlValue& value = values[i];
+    if (auto* whole = std::get_if<std::int64_t>(&value)) {
+      texts_[i] = std::to_string(*whole);
+    } else if (auto* real = std::get_if<double>(&value)) {
+      texts_[i] = NumberText(*real);
+    } else if (auto* text = std::get_if<std::string>(&value)) {
+      texts_[i] = *text;
+    } else {
+      nulls_[i] = true;
+    }
+  }
+}
+
+void PostgresStatement::Run() {
+  std::vector<const char*> parameters(static_cast<std::size_t>(parameterCount_), nullptr);
+  for (std::size_t i = 0; i < texts_.size() && i < parameters.size(); ++i) {
+    if (!nulls_[i]) parameters[i] = texts_[i].c_str();
+  }
+  const bool inTransaction = PQtransactionStatus(db_) == PQTRANS_INTRANS;
+  if (wholeTable_ && inTransaction) {
+    // The cursor of an earlier run in this transaction goes first; others ended with theirs.
+    if (cursorTransaction_ == transaction_) {
+      PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
+    }
+    PGresult* declared = Declare(parameters.data());
+    if (PQresultStatus(declared) != PGRES_COMMAND_OK) Fail(db_, declared);
+    PQclear(declared);
+    cursorTransaction_ = transaction_;
+    cursorOpen_ = true;
+    return Fetch();
+  }
+  result_ = PQexecPrepared(db_, name_.c_str(), parameterCount_, parameters.data(), nullptr,
+                           nullptr, 0);
+  ExecStatusType status = PQresultStatus(result_);
+  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
+    PGresult* failed = result_;
+    result_ = nullptr;
+    Fail(db_, failed);
+  }
+}
+
+PGresult* PostgresStatement::Declare(const char* const* parameters) {
+  const std::string declare = name_ + "_declare";
+  if (!declared_) {
+    const std::string sql = "DECLARE \"" + name_ + "_cursor\" NO SCROLL CURSOR FOR " + sql_;
+    PGresult* prepared = PQprepare(db_, declare.c_str(), sql.c_str(), 0, nullptr);
+    if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db_, prepared);
+    PQclear(prepared);
+    declared_ = true;
+  }
+  return PQexecPrepared(db_, declare.c_str(), parameterCount_, parameters, nullptr, nullptr, 0);
+}
+
+void PostgresStatement::Fetch() {
+  PQclear(result_);
+  const std::string fetch =
+      "FETCH " + std::to_string(kCursorBatch) + " FROM \"" + name_ + "_cursor\"";
+  result_ = PQexec(db_, fetch.c_str());
+  if (PQresultStatus(result_) != PGRES_TUPLES_OK) {
+    PGresult* failed = result_;
+    result_ = nullptr;
+    cursorOpen_ = false;
+    Fail(db_, failed);
+  }
+  row_ = -1;
+  cursorOpen_ = PQntuples(result_) == kCursorBatch;
+}
+
+bool PostgresStatement::Step() {
+  if (!result_) Run();
+  if (++row_ < PQntuples(result_)) return true;
+  if (!cursorOpen_) return false;
+  Fetch();
+  return ++row_ < PQntuples(result_);
+}
+
+SqlValue PostgresStatement::Column(int index) const {
+  if (PQgetisnull(result_, row_, index)) return SqlValue{};
+  const char* text = PQgetvalue(result_, row_, index);
+  const std::size_t length = static_cast<std::size_t>(PQgetlength(result_, row_, index));
+  switch (KindOfType(types_[static_cast<std::size_t>(index)])) {
+    case DeclaredKind::kLong:
+    case DeclaredKind::kInteger: {
+      std::int64_t whole = 0;
+      std::from_chars(text, text + length, whole);
+      return whole;
+    }
+    case DeclaredKind::kDouble:
+      return std::strtod(text, nullptr);
+    default:
+      return std::string(text, length);
+  }
+}
+
+void PostgresStatement::Reset() {
+  PQclear(result_);
+  result_ = nullptr;
+  row_ = -1;
+  cursorOpen_ = false;  // the cursor itself ends with its transaction, or at the next run
+}
+
+long long PostgresStatement::Changes() const {
+  const char* changed = result_ ? PQcmdTuples(result_) : "";
+  return *changed ? std::atoll(changed) : 0;
+}
+
+}  // namespace brindlewayProj::store::postgres
