@@ -146,13 +146,14 @@ TEST_F(ConnectionTest, AnUnreachableServerFailsDbConnectWithoutShowingThePasswor
   EXPECT_EQ(message_.find("S3cret"), String::npos) << message_;
 }
 
-// On the PostgreSQL run the ini file names a database by its URI (see MakeStore), which the
-// object opens at creation, and which DbConnect opens again when given.
+// The store the test made opens at creation and again when DbConnect is given its name: on the
+// PostgreSQL run the ini file names a database by its URI (see MakeStore), kept as given.
 TEST_F(ConnectionTest, ConnectionUriInTheIniFileAndInDbConnectOpensTheDatabase) {
-  if (!testing::TestEngineIsPostgres()) GTEST_SKIP() << "a PostgreSQL run only";
   const auto uri = testing::MakeStore(dir_);
   brindleway object;
-  EXPECT_EQ(Access::DbFileName(object), uri.string());
+  if (testing::TestEngineIsPostgres()) {
+    EXPECT_EQ(Access::DbFileName(object), uri.string());
+  }
   ReadProducts(Access::Database(object));
   brindleway::WorkspaceRef workspace;
   brindleway::DatabaseRef database;

@@ -71,27 +71,16 @@ PostgresConnection::PostgresConnection(const std::string& uri) {
 }
 
 PostgresConnection::~PostgresConnection() {
-  statements_.clear();
+  statements_.Clear();
   PQfinish(db_);  // ends an open transaction with a rollback
 }
 
 std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
-  auto found = statements_.find(sql);
-  if (found == statements_.end()) {
-    auto statement = std::make_unique<PostgresStatement>(
-        db_, StatementName("s", statements_.size()), sql, transactions_);
-    found = statements_.emplace(sql, std::move(statement)).first;
-  }
-  PostgresStatement* kept = found->second.get();
-  if (kept->held) {
+  return statements_.Lease(sql, [&](bool kept) {
     static thread_local std::uint64_t serving = 0;
-    return std::make_shared<PostgresStatement>(db_, StatementName("once", ++serving), sql,
-                                               transactions_);
-  }
-  kept->held = true;
-  return std::shared_ptr<Statement>(kept, [](Statement* statement) {
-    statement->Reset();
-    static_cast<PostgresStatement*>(statement)->held = false;
+    const std::string name =
+        kept ? StatementName("s", statements_.Size()) : StatementName("once", ++serving);
+    return std::make_unique<PostgresStatement>(db_, name, sql, transactions_);
   });
 }
 

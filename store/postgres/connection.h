@@ -12,6 +12,7 @@
 
 #include "store/backend.h"
 #include "store/postgres/statement.h"
+#include "store/statement_cache.h"
 
 namespace brindlewayProj::store::postgres {
 
@@ -55,7 +56,7 @@ class PostgresConnection : public Connection {
 
   PGconn* db_ = nullptr;
   std::uint64_t transactions_ = 0;  // transactions begun, for the statements' cursors
-  std::unordered_map<std::string, std::unique_ptr<PostgresStatement>> statements_;
+  StatementCache<PostgresStatement> statements_;
   // table and ctid before an update -> ctid after, in the open transaction
   std::unordered_map<std::string, RowId> moved_;
 };

@@ -51,30 +51,20 @@ SqliteConnection::SqliteConnection(const std::filesystem::path& file) {
     Execute("PRAGMA synchronous=FULL", {});
     Execute("PRAGMA foreign_keys=ON", {});
   } catch (...) {
-    statements_.clear();
+    statements_.Clear();
     sqlite3_close_v2(db_);
     throw;
   }
 }
 
 SqliteConnection::~SqliteConnection() {
-  statements_.clear();
+  statements_.Clear();
   if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
   sqlite3_close_v2(db_);
 }
 
 std::shared_ptr<Statement> SqliteConnection::Prepare(const std::string& sql) {
-  auto found = statements_.find(sql);
-  if (found == statements_.end()) {
-    found = statements_.emplace(sql, std::make_unique<SqliteStatement>(db_, sql)).first;
-  }
-  SqliteStatement* kept = found->second.get();
-  if (kept->held) return std::make_shared<SqliteStatement>(db_, sql);
-  kept->held = true;
-  return std::shared_ptr<Statement>(kept, [](Statement* statement) {
-    statement->Reset();
-    static_cast<SqliteStatement*>(statement)->held = false;
-  });
+  return statements_.Lease(sql, [&](bool) { return std::make_unique<SqliteStatement>(db_, sql); });
 }
 
 long long SqliteConnection::Execute(const std::string& sql, const std::vector<SqlValue>& values) {

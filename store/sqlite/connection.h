@@ -9,6 +9,7 @@
 
 #include "store/backend.h"
 #include "store/sqlite/statement.h"
+#include "store/statement_cache.h"
 
 namespace brindlewayProj::store::sqlite {
 
@@ -46,7 +47,7 @@ class SqliteConnection : public Connection {
 
  private:
   sqlite3* db_ = nullptr;
-  std::unordered_map<std::string, std::unique_ptr<SqliteStatement>> statements_;
+  StatementCache<SqliteStatement> statements_;
   // The highest key handed out per table, so that a key of a rolled-back row is not reused.
   std::unordered_map<std::string, std::int64_t> keysHandedOut_;
 };
