@@ -89,7 +89,14 @@ class SqlSyntax {
  public:
   virtual ~SqlSyntax() = default;
   // `name` quoted as an identifier, inner quotes escaped.
-  virtual void AppendQuotedName(std::string& sql, std::string_view name) const = 0;
+  virtual void AppendQuotedName(std::string& sql, std::string_view name) const {
+    sql += '"';  // standard SQL: double quotes, a quote inside doubled
+    for (char c : name) {
+      if (c == '"') sql += '"';
+      sql += c;
+    }
+    sql += '"';
+  }
   // The placeholder of the `number`-th bound value, counted from 1.
   virtual void AppendPlaceholder(std::string& sql, std::size_t number) const = 0;
   // The expression that identifies a table's row, selected as column 0 of a dynaset.

@@ -16,14 +16,6 @@ constexpr const char* kBeginSql =
 
 class PostgresSyntax : public SqlSyntax {
  public:
-  void AppendQuotedName(std::string& sql, std::string_view name) const override {
-    sql += '"';
-    for (char c : name) {
-      if (c == '"') sql += '"';
-      sql += c;
-    }
-    sql += '"';
-  }
   void AppendPlaceholder(std::string& sql, std::size_t number) const override {
     sql += '$';
     sql += std::to_string(number);

@@ -9,14 +9,6 @@ namespace {
 
 class SqliteSyntax : public SqlSyntax {
  public:
-  void AppendQuotedName(std::string& sql, std::string_view name) const override {
-    sql += '"';
-    for (char c : name) {
-      if (c == '"') sql += '"';
-      sql += c;
-    }
-    sql += '"';
-  }
   void AppendPlaceholder(std::string& sql, std::size_t /*number*/) const override { sql += '?'; }
   std::string_view RowIdentity() const override { return "rowid"; }
   std::string_view CaseInsensitiveOrder() const override { return " COLLATE NOCASE"; }
