@@ -28,6 +28,20 @@ std::string ReadRowSql(const SqlSyntax& syntax, const SourceInfo& table,
   return sql;
 }
 
+std::string ParentRowSql(const SqlSyntax& syntax, const ForeignKey& key) {
+  std::string sql = "SELECT 1 FROM ";
+  syntax.AppendQuotedName(sql, key.parentTable);
+  sql += " WHERE ";
+  if (key.parentColumn.empty()) {
+    sql += syntax.RowIdentity();
+  } else {
+    syntax.AppendQuotedName(sql, key.parentColumn);
+  }
+  sql += " = ";
+  syntax.AppendPlaceholder(sql, 1);
+  return sql;
+}
+
 std::optional<std::vector<SqlValue>> NextRowValues(Statement& statement, std::size_t columns) {
   if (!statement.Step()) return std::nullopt;
   std::vector<SqlValue> values;

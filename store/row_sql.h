@@ -1,5 +1,5 @@
 // The SQL of the single-row operations of a backend (Connection::ReadRow, UpdateRow,
-// InsertRow), spelled with the engine's SqlSyntax, so that every engine builds them alike; and
+// InsertRow, ParentRowExists), spelled with the engine's SqlSyntax, so that every engine builds them alike; and
 // the reading of the row found.
 #pragma once
 
@@ -15,6 +15,10 @@ namespace brindlewayProj::store {
 // SELECT of `columns` of the row whose identity is the first parameter.
 std::string ReadRowSql(const SqlSyntax& syntax, const SourceInfo& table,
                        std::span<const std::string> columns);
+
+// SELECT of the parent row that `key` refers to, by the first parameter (a key without a
+// parent column refers to the parent's row identity).
+std::string ParentRowSql(const SqlSyntax& syntax, const ForeignKey& key);
 
 // The values of the statement's next row in its first `columns` columns; nullopt when no row
 // is left.

@@ -61,12 +61,7 @@ RowId PostgresConnection::InsertRow(const SourceInfo& table, std::span<const Col
 }
 
 bool PostgresConnection::ParentRowExists(const ForeignKey& key, const SqlValue& value) {
-  std::string sql = "SELECT 1 FROM ";
-  AppendName(sql, key.parentTable);
-  sql += " WHERE ";
-  AppendName(sql, key.parentColumn);
-  sql += " = $1";
-  auto lookup = Prepare(sql);
+  auto lookup = Prepare(ParentRowSql(Syntax(), key));
   lookup->Bind({value});
   return lookup->Step();
 }

@@ -37,16 +37,7 @@ RowId SqliteConnection::InsertRow(const SourceInfo& table, std::span<const Colum
 }
 
 bool SqliteConnection::ParentRowExists(const ForeignKey& key, const SqlValue& value) {
-  std::string sql = "SELECT 1 FROM ";
-  AppendName(sql, key.parentTable);
-  sql += " WHERE ";
-  if (key.parentColumn.empty()) {
-    sql += "rowid";
-  } else {
-    AppendName(sql, key.parentColumn);
-  }
-  sql += " = ?";
-  auto lookup = Prepare(sql);
+  auto lookup = Prepare(ParentRowSql(Syntax(), key));
   lookup->Bind({value});
   return lookup->Step();
 }
