@@ -72,6 +72,7 @@ long long DeleteOn(internal::Session& session, const String& query) {
   return internal::Guarded(
       [&] {
         auto& connection = session.Connection();
+        session.NoteWrite();
         return connection.Execute(dialect::DeleteSql(statement, connection.Syntax()),
                                   statement.parameters);
       },

@@ -40,6 +40,7 @@ TEST(OpenDatabase, RefusesWhatIsNoStore) {
 TEST_F(StoreTest, AWriterElsewhereFailsTheFirstStatementOfTheTransaction) {
   auto other = store::OpenEngineConnection(file_);
   other->Begin(1);
+  other->Describe("Orders");  // the write lock is taken by now on every engine
   Workspace().BeginTrans();
   try {
     Db().OpenRecordset("Orders");

@@ -42,6 +42,7 @@ struct Recordset::Impl {
   std::vector<store::SqlValue> values;  // the picture, row after row, `width` values each
   std::vector<store::RowId> rowIds;     // a dynaset's row identities, one per row
   std::vector<store::RowId> added;      // rows this dynaset added, not to be read again
+  std::uint64_t readStamp = 0;          // the session's stamp when the statement ran
   std::size_t rowCount = 0;               // the rows read so far
   std::ptrdiff_t position = 0;  // -1 before the first row, rowCount behind the last
   std::size_t reached = 0;      // the rows reached so far (RecordCount)

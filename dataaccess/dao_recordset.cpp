@@ -33,6 +33,7 @@ void Recordset::Impl::Load(std::shared_ptr<store::Statement> statement,
                            const std::vector<store::SqlValue>& parameters) {
   statementColumns = statement->Columns();
   width = statementColumns->size() - firstColumn;
+  readStamp = session->Stamp();
   internal::WriteContext context{session.get()};
   internal::Guarded([&] { statement->Bind(parameters); }, context);
   cursor = std::move(statement);

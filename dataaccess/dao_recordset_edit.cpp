@@ -25,12 +25,20 @@ std::vector<std::string> ColumnNames(const Recordset::Impl& impl) {
   return names;
 }
 
-// The row as the table holds it now; nullopt when it is gone.
-std::optional<std::vector<store::SqlValue>> ReadRow(Recordset::Impl& impl,
-                                                    const store::RowId& rowId) {
+// The current row as the table holds it now: as it was read while nothing can have changed it
+// since, else read again; nullopt when it is gone.
+std::optional<std::vector<store::SqlValue>> CurrentRowAsStored(Recordset::Impl& impl) {
+  const auto row = static_cast<std::size_t>(impl.position);
+  if (impl.session->RowsCurrent(impl.readStamp)) {
+    auto first = impl.values.begin() + row * impl.width;
+    return std::vector<store::SqlValue>(first, first + impl.width);
+  }
   internal::WriteContext context{impl.session.get()};
   return internal::Guarded(
-      [&] { return impl.session->Connection().ReadRow(*impl.table, ColumnNames(impl), rowId); },
+      [&] {
+        return impl.session->Connection().ReadRow(*impl.table, ColumnNames(impl),
+                                                  impl.rowIds[row]);
+      },
       context);
 }
 
@@ -61,15 +69,24 @@ long long StoreEdit(Recordset::Impl& impl, bool force, const internal::WriteCont
   }
   const store::RowId& rowId = impl.rowIds[static_cast<std::size_t>(impl.position)];
   return internal::Guarded(
-      [&] { return impl.session->Connection().UpdateRow(*impl.table, rowId, changes, expected); },
+      [&] {
+        auto& connection = impl.session->Connection();
+        impl.session->NoteWrite();
+        return connection.UpdateRow(*impl.table, rowId, changes, expected);
+      },
       context);
 }
 
 // Adds the row with its written fields; unwritten fields take the table's defaults.
-store::RowId StoreNewRow(Recordset::Impl& impl, const internal::WriteContext& context) {
+store::AddedRow StoreNewRow(Recordset::Impl& impl, const internal::WriteContext& context) {
   std::vector<store::ColumnValue> values = ChangedValues(impl);
   return internal::Guarded(
-      [&] { return impl.session->Connection().InsertRow(*impl.table, values); }, context);
+      [&] {
+        auto& connection = impl.session->Connection();
+        impl.session->NoteWrite();
+        return connection.InsertRow(*impl.table, values, ColumnNames(impl));
+      },
+      context);
 }
 
 }  // namespace
@@ -79,7 +96,7 @@ void Recordset::Edit() {
     CheckUpdatable(*impl_);
     if (Eof() || Bof()) throw store::NoCurrentRecord();
     auto row = static_cast<std::size_t>(impl_->position);
-    auto current = ReadRow(*impl_, impl_->rowIds[row]);
+    auto current = CurrentRowAsStored(*impl_);
     if (!current) throw store::RecordDeleted();
     std::copy(current->begin(), current->end(), impl_->values.begin() + row * impl_->width);
     impl_->original = *current;
@@ -131,12 +148,11 @@ void Recordset::Update(Long /*updateType*/, bool force) {
       std::copy(impl_->buffer.begin(), impl_->buffer.end(),
                 impl_->values.begin() + row * impl_->width);
     } else {
-      store::RowId rowId = StoreNewRow(*impl_, context);
-      auto stored = ReadRow(*impl_, rowId);
-      const auto& row = stored ? *stored : impl_->buffer;
+      store::AddedRow added = StoreNewRow(*impl_, context);
+      const auto& row = added.values ? *added.values : impl_->buffer;
       impl_->values.insert(impl_->values.end(), row.begin(), row.end());
-      impl_->rowIds.push_back(rowId);
-      if (impl_->cursor) impl_->added.push_back(rowId);
+      impl_->rowIds.push_back(added.id);
+      if (impl_->cursor) impl_->added.push_back(added.id);
       ++impl_->rowCount;
       ++impl_->reached;
       if (impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount) - 1) {

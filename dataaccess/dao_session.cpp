@@ -21,6 +21,7 @@ store::Connection& Session::Connection() {
     Guarded([&] { connection_->Begin(level_ + 1); }, WriteContext{this});
     if (level_ == 0) transaction_->joined.push_back(shared_from_this());
     ++level_;
+    ++stamp_;
   }
   return *connection_;
 }
@@ -38,10 +39,12 @@ const store::SourceInfo* Session::Describe(const std::string& name) {
 void Session::Commit() {
   Guarded([&] { connection_->Commit(level_); });
   --level_;
+  ++stamp_;
 }
 
 void Session::Rollback() {
   ++generation_;
+  ++stamp_;
   --level_;
   Guarded([&] { connection_->Rollback(level_ + 1); });
 }

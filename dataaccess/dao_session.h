@@ -61,6 +61,14 @@ class Session : public std::enable_shared_from_this<Session> {
   void Rollback();
   std::uint64_t Generation() const { return generation_; }
 
+  // Moves on whenever rows read through this session may no longer be as stored: at each write
+  // through it (NoteWrite) and whenever a transaction level begins or ends on it.
+  std::uint64_t Stamp() const { return stamp_; }
+  void NoteWrite() { ++stamp_; }
+  // Whether rows read under `stamp` are still as stored: inside a transaction, whose write lock
+  // keeps other writers out, while nothing was written through this session since.
+  bool RowsCurrent(std::uint64_t stamp) const { return level_ > 0 && stamp == stamp_; }
+
  private:
   const std::thread::id owner_ = std::this_thread::get_id();
   std::shared_ptr<store::Connection> connection_;
@@ -69,6 +77,7 @@ class Session : public std::enable_shared_from_this<Session> {
   int level_ = 0;
   std::unordered_map<std::string, std::optional<store::SourceInfo>> sources_;
   std::uint64_t generation_ = 0;
+  std::uint64_t stamp_ = 0;
 };
 
 }  // namespace brindlewayProj::dao::internal

@@ -120,6 +120,13 @@ class SqlSyntax {
 // tuple's ctid as text).
 using RowId = SqlValue;
 
+// A row just added: its identity, and its values as stored (defaults filled in); no values
+// when the row cannot be found again.
+struct AddedRow {
+  RowId id;
+  std::optional<std::vector<SqlValue>> values;
+};
+
 // One column's value in a row being written or compared.
 struct ColumnValue {
   std::string_view column;
@@ -166,8 +173,9 @@ class Connection {
                               std::span<const ColumnValue> changes,
                               std::span<const ColumnValue> expected) = 0;
   // Adds a row of `table` holding `values` (the other columns take their defaults) and answers
-  // its identity.
-  virtual RowId InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) = 0;
+  // its identity and what its `columns` hold as stored.
+  virtual AddedRow InsertRow(const SourceInfo& table, std::span<const ColumnValue> values,
+                             std::span<const std::string> columns) = 0;
   // Whether the parent table of `key` has a row whose referenced column (its identity when
   // the reference names none) holds `value`.
   virtual bool ParentRowExists(const ForeignKey& key, const SqlValue& value) = 0;

@@ -8,11 +8,11 @@
 namespace brindlewayProj::store::postgres {
 namespace {
 
-// The advisory lock that a transaction holds while it may write: one writer per database at a
-// time, as on the embedded engine, so that concurrent sales neither deadlock nor fail to
-// serialize; a writer waits for another up to the lock timeout.
-constexpr const char* kBeginSql =
-    "BEGIN ISOLATION LEVEL READ COMMITTED; SELECT pg_advisory_xact_lock(7468190264)";
+// A transaction opens with the advisory lock that it holds while it may write: one writer per
+// database at a time, as on the embedded engine, so that concurrent sales neither deadlock nor
+// fail to serialize; a writer waits for another up to the lock timeout.
+const std::vector<std::string> kBeginCommands = {"BEGIN ISOLATION LEVEL READ COMMITTED",
+                                                 "SELECT pg_advisory_xact_lock(7468190264)"};
 
 class PostgresSyntax : public SqlSyntax {
  public:
@@ -49,18 +49,22 @@ const SqlSyntax& Syntax() {
   return syntax;
 }
 
-PostgresConnection::PostgresConnection(const std::string& uri) {
+// Connects; a failure raises kCantConnect with a message free of the password.
+PGconn* Connect(const std::string& uri) {
   const char* keys[] = {"dbname", "options", "fallback_application_name", nullptr};
   const std::string options = "-c lock_timeout=" + std::to_string(kLockTimeoutMilliseconds) +
                               " -c DateStyle=ISO -c client_encoding=UTF8";
   const char* values[] = {uri.c_str(), options.c_str(), "brindleway", nullptr};
-  db_ = PQconnectdbParams(keys, values, 1);
-  if (PQstatus(db_) != CONNECTION_OK) {
-    std::string reason = db_ ? PQerrorMessage(db_) : "out of memory";
-    PQfinish(db_);
+  PGconn* db = PQconnectdbParams(keys, values, 1);
+  if (PQstatus(db) != CONNECTION_OK) {
+    std::string reason = db ? PQerrorMessage(db) : "out of memory";
+    PQfinish(db);
     throw BackendError(FailureKind::kCantConnect, ConcealPassword(reason, uri));
   }
+  return db;
 }
+
+PostgresConnection::PostgresConnection(const std::string& uri) : db_(Connect(uri)), channel_(db_) {}
 
 PostgresConnection::~PostgresConnection() {
   statements_.Clear();
@@ -72,7 +76,7 @@ std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
     static thread_local std::uint64_t serving = 0;
     const std::string name =
         kept ? StatementName("s", statements_.Size()) : StatementName("once", ++serving);
-    return std::make_unique<PostgresStatement>(db_, name, sql, transactions_);
+    return std::make_unique<PostgresStatement>(channel_, name, sql, transactions_);
   });
 }
 
@@ -87,20 +91,16 @@ long long PostgresConnection::Execute(const std::string& sql, const std::vector<
 void PostgresConnection::Begin(int level) {
   if (level == 1) {
     ++transactions_;
-    try {
-      Run(db_, kBeginSql);
-    } catch (const BackendError&) {
-      // No lock, no transaction: the caller goes on outside one, as after a refused BEGIN.
-      PQclear(PQexec(db_, "ROLLBACK"));
-      throw;
-    }
+    channel_.Open(level, kBeginCommands);
   } else {
-    Run(db_, ("SAVEPOINT " + SavepointName(level)).c_str());
+    channel_.Open(level, {"SAVEPOINT " + SavepointName(level)});
   }
 }
 
 void PostgresConnection::Commit(int level) {
-  if (level == 1) {
+  if (channel_.Forget(level)) {
+    if (level == 1) moved_.clear();
+  } else if (level == 1) {
     // COMMIT of a transaction that failed answers ROLLBACK without an error.
     PGresult* result = PQexec(db_, "COMMIT");
     const bool rolledBack = PQresultStatus(result) == PGRES_COMMAND_OK &&
@@ -115,8 +115,11 @@ void PostgresConnection::Commit(int level) {
 }
 
 void PostgresConnection::Rollback(int level) {
-  if (PQtransactionStatus(db_) == PQTRANS_IDLE) return;  // no transaction is open any more
-  if (level == 1) {
+  if (channel_.Forget(level)) {
+    if (level == 1) moved_.clear();
+  } else if (PQtransactionStatus(db_) == PQTRANS_IDLE) {
+    return;  // no transaction is open any more
+  } else if (level == 1) {
     Run(db_, "ROLLBACK");
     moved_.clear();
   } else {

@@ -1,7 +1,8 @@
 // The PostgreSQL backend: one database on a server, named by a connection URI. Statements are
 // prepared once per connection; every value is bound as text and typed by the server from its
 // place in the statement. Writers are serialized per database as on the embedded engine: the
-// transaction takes an advisory lock, and every lock wait ends after five seconds.
+// transaction takes an advisory lock, and every lock wait ends after five seconds. Opening a
+// transaction or savepoint travels with the next statement (see channel.h).
 #pragma once
 
 #include <libpq-fe.h>
@@ -11,6 +12,7 @@
 #include <unordered_map>
 
 #include "store/backend.h"
+#include "store/postgres/channel.h"
 #include "store/postgres/statement.h"
 #include "store/statement_cache.h"
 
@@ -42,7 +44,8 @@ class PostgresConnection : public Connection {
   long long UpdateRow(const SourceInfo& table, const RowId& row,
                       std::span<const ColumnValue> changes,
                       std::span<const ColumnValue> expected) override;
-  RowId InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) override;
+  AddedRow InsertRow(const SourceInfo& table, std::span<const ColumnValue> values,
+                     std::span<const std::string> columns) override;
   bool ParentRowExists(const ForeignKey& key, const SqlValue& value) override;
   std::int64_t ReserveKey(const SourceInfo& table) override;
   void Begin(int level) override;
@@ -54,7 +57,8 @@ class PostgresConnection : public Connection {
   // through this connection lives now.
   RowId CurrentPlace(const SourceInfo& table, const RowId& row) const;
 
-  PGconn* db_ = nullptr;
+  PGconn* db_;
+  Channel channel_;
   std::uint64_t transactions_ = 0;  // transactions begun, for the statements' cursors
   StatementCache<PostgresStatement> statements_;
   // table and ctid before an update -> ctid after, in the open transaction

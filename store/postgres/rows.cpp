@@ -52,12 +52,22 @@ long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& ro
   return 1;
 }
 
-RowId PostgresConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) {
+// The row comes back with the INSERT itself: its place, then its columns as stored.
+AddedRow PostgresConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values,
+                                       std::span<const std::string> columns) {
   std::vector<SqlValue> parameters;
-  auto statement = Prepare(InsertRowSql(Syntax(), table, values, parameters) + " RETURNING ctid");
+  std::string sql = InsertRowSql(Syntax(), table, values, parameters) + " RETURNING ctid";
+  for (const std::string& column : columns) {
+    sql += ", ";
+    AppendName(sql, column);
+  }
+  auto statement = Prepare(sql);
   statement->Bind(parameters);
-  statement->Step();
-  return statement->Column(0);
+  auto row = NextRowValues(*statement, columns.size() + 1);
+  if (!row) return {};
+  RowId id = std::move(row->front());
+  row->erase(row->begin());
+  return {std::move(id), std::move(row)};
 }
 
 bool PostgresConnection::ParentRowExists(const ForeignKey& key, const SqlValue& value) {

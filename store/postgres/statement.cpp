@@ -53,18 +53,20 @@ constexpr int kCursorBatch = 64;
 
 }  // namespace
 
-PostgresStatement::PostgresStatement(PGconn* db, std::string name, const std::string& sql,
+PostgresStatement::PostgresStatement(Channel& channel, std::string name, const std::string& sql,
                                      const std::uint64_t& transaction)
-    : db_(db),
+    : channel_(channel),
+      db_(channel.Db()),
       name_(std::move(name)),
       sql_(sql),
+      fetch_("FETCH " + std::to_string(kCursorBatch) + " FROM \"" + name_ + "_cursor\""),
       wholeTable_(sql.starts_with("SELECT ctid, ") && sql.find(" WHERE ") == std::string::npos),
       transaction_(transaction) {
-  PGresult* prepared = PQprepare(db, name_.c_str(), sql.c_str(), 0, nullptr);
-  if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db, prepared);
+  PGresult* prepared = PQprepare(db_, name_.c_str(), sql.c_str(), 0, nullptr);
+  if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db_, prepared);
   PQclear(prepared);
-  PGresult* described = PQdescribePrepared(db, name_.c_str());
-  if (PQresultStatus(described) != PGRES_COMMAND_OK) Fail(db, described);
+  PGresult* described = PQdescribePrepared(db_, name_.c_str());
+  if (PQresultStatus(described) != PGRES_COMMAND_OK) Fail(db_, described);
   auto columns = std::make_shared<std::vector<ColumnInfo>>();
   for (int i = 0; i < PQnfields(described); ++i) {
     types_.push_back(PQftype(described, i));
@@ -110,30 +112,23 @@ void PostgresStatement::Run() {
   for (std::size_t i = 0; i < texts_.size() && i < parameters.size(); ++i) {
     if (!nulls_[i]) parameters[i] = texts_[i].c_str();
   }
-  const bool inTransaction = PQtransactionStatus(db_) == PQTRANS_INTRANS;
-  if (wholeTable_ && inTransaction) {
-    // The cursor of an earlier run in this transaction goes first; others ended with theirs.
-    if (cursorTransaction_ == transaction_) {
-      PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
-    }
-    PGresult* declared = Declare(parameters.data());
-    if (PQresultStatus(declared) != PGRES_COMMAND_OK) Fail(db_, declared);
-    PQclear(declared);
-    cursorTransaction_ = transaction_;
-    cursorOpen_ = true;
-    return Fetch();
+  if (!wholeTable_ || !channel_.InTransaction()) {
+    result_ = channel_.Send({Request::Prepared(name_.c_str(), parameterCount_, parameters.data())});
+    return;
   }
-  result_ = PQexecPrepared(db_, name_.c_str(), parameterCount_, parameters.data(), nullptr,
-                           nullptr, 0);
-  ExecStatusType status = PQresultStatus(result_);
-  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
-    PGresult* failed = result_;
-    result_ = nullptr;
-    Fail(db_, failed);
-  }
+  // The cursor is declared and its first rows fetched in one round trip, after the cursor of
+  // an earlier run in this transaction is closed; others ended with their transactions.
+  const std::string declare = PrepareDeclare(), close = "CLOSE \"" + name_ + "_cursor\"";
+  const Request declaring = Request::Prepared(declare.c_str(), parameterCount_, parameters.data());
+  const Request fetching = Request::Text(fetch_.c_str());
+  result_ = cursorTransaction_ == transaction_
+                ? channel_.Send({Request::Text(close.c_str()), declaring, fetching})
+                : channel_.Send({declaring, fetching});
+  cursorTransaction_ = transaction_;
+  cursorOpen_ = PQntuples(result_) == kCursorBatch;
 }
 
-PGresult* PostgresStatement::Declare(const char* const* parameters) {
+std::string PostgresStatement::PrepareDeclare() {
   const std::string declare = name_ + "_declare";
   if (!declared_) {
     const std::string sql = "DECLARE \"" + name_ + "_cursor\" NO SCROLL CURSOR FOR " + sql_;
@@ -142,20 +137,14 @@ PGresult* PostgresStatement::Declare(const char* const* parameters) {
     PQclear(prepared);
     declared_ = true;
   }
-  return PQexecPrepared(db_, declare.c_str(), parameterCount_, parameters, nullptr, nullptr, 0);
+  return declare;
 }
 
 void PostgresStatement::Fetch() {
   PQclear(result_);
-  const std::string fetch =
-      "FETCH " + std::to_string(kCursorBatch) + " FROM \"" + name_ + "_cursor\"";
-  result_ = PQexec(db_, fetch.c_str());
-  if (PQresultStatus(result_) != PGRES_TUPLES_OK) {
-    PGresult* failed = result_;
-    result_ = nullptr;
-    cursorOpen_ = false;
-    Fail(db_, failed);
-  }
+  result_ = nullptr;
+  cursorOpen_ = false;
+  result_ = channel_.Send({Request::Text(fetch_.c_str())});
   row_ = -1;
   cursorOpen_ = PQntuples(result_) == kCursorBatch;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "store/backend.h"
+#include "store/postgres/channel.h"
 
 namespace brindlewayProj::store::postgres {
 
@@ -17,7 +18,7 @@ class PostgresStatement : public Statement {
   // Prepares `sql` on the server under `name`; a failure raises the statement's BackendError.
   // `transaction` is the connection's count of transactions begun, which tells whether a
   // cursor of an earlier run has ended with its transaction.
-  PostgresStatement(PGconn* db, std::string name, const std::string& sql,
+  PostgresStatement(Channel& channel, std::string name, const std::string& sql,
                     const std::uint64_t& transaction);
   ~PostgresStatement() override;
   PostgresStatement(const PostgresStatement&) = delete;
@@ -41,9 +42,10 @@ class PostgresStatement : public Statement {
  private:
   void Run();
   void Fetch();
-  // Runs this statement's DECLARE of its cursor; PQexecPrepared's result.
-  PGresult* Declare(const char* const* parameters);
+  // Prepares this statement's DECLARE of its cursor on first use; answers its name.
+  std::string PrepareDeclare();
 
+  Channel& channel_;
   PGconn* db_;
   std::string name_;
   int parameterCount_ = 0;
@@ -54,6 +56,7 @@ class PostgresStatement : public Statement {
   PGresult* result_ = nullptr;
   int row_ = -1;
   std::string sql_;
+  std::string fetch_;       // the FETCH of the next rows of this statement's cursor
   bool wholeTable_;         // a dynaset's statement on a whole table
   bool declared_ = false;   // the DECLARE is prepared on the server
   bool cursorOpen_ = false;  // a cursor of this statement is open, with rows left to fetch

@@ -38,7 +38,8 @@ class SqliteConnection : public Connection {
   long long UpdateRow(const SourceInfo& table, const RowId& row,
                       std::span<const ColumnValue> changes,
                       std::span<const ColumnValue> expected) override;
-  RowId InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) override;
+  AddedRow InsertRow(const SourceInfo& table, std::span<const ColumnValue> values,
+                     std::span<const std::string> columns) override;
   bool ParentRowExists(const ForeignKey& key, const SqlValue& value) override;
   std::int64_t ReserveKey(const SourceInfo& table) override;
   void Begin(int level) override;

@@ -29,11 +29,13 @@ long long SqliteConnection::UpdateRow(const SourceInfo& table, const RowId& row,
   return Execute(sql, parameters);
 }
 
-RowId SqliteConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values) {
+AddedRow SqliteConnection::InsertRow(const SourceInfo& table, std::span<const ColumnValue> values,
+                                     std::span<const std::string> columns) {
   std::vector<SqlValue> parameters;
   const std::string sql = InsertRowSql(Syntax(), table, values, parameters);
   Execute(sql, parameters);
-  return static_cast<std::int64_t>(sqlite3_last_insert_rowid(db_));
+  RowId id = static_cast<std::int64_t>(sqlite3_last_insert_rowid(db_));
+  return {id, ReadRow(table, columns, id)};
 }
 
 bool SqliteConnection::ParentRowExists(const ForeignKey& key, const SqlValue& value) {

@@ -37,10 +37,11 @@ class ForwardingConnection : public store::Connection {
     Before("update row of " + table.name);
     return inner_->UpdateRow(table, row, changes, expected);
   }
-  store::RowId InsertRow(const store::SourceInfo& table,
-                         std::span<const store::ColumnValue> values) override {
+  store::AddedRow InsertRow(const store::SourceInfo& table,
+                            std::span<const store::ColumnValue> values,
+                            std::span<const std::string> columns) override {
     Before("insert row into " + table.name);
-    return inner_->InsertRow(table, values);
+    return inner_->InsertRow(table, values, columns);
   }
   bool ParentRowExists(const store::ForeignKey& key, const store::SqlValue& value) override {
     Before("look up parent " + key.parentTable);

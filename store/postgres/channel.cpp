@@ -1,0 +1,99 @@
+// Requests to the PostgreSQL server: alone, or queued commands and requests in one pipeline.
+#include "store/postgres/channel.h"
+
+#include <algorithm>
+
+#include "store/postgres/errors.h"
+
+namespace brindlewayProj::store::postgres {
+namespace {
+
+bool Succeeded(const PGresult* result) {
+  const ExecStatusType status = PQresultStatus(result);
+  return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
+}
+
+PGresult* Exec(PGconn* db, const Request& request) {
+  return request.statement ? PQexecPrepared(db, request.statement, request.valueCount,
+                                            request.values, nullptr, nullptr, 0)
+                           : PQexecParams(db, request.sql, 0, nullptr, nullptr, nullptr,
+                                          nullptr, 0);
+}
+
+bool Queue(PGconn* db, const Request& request) {
+  return request.statement ? PQsendQueryPrepared(db, request.statement, request.valueCount,
+                                                 request.values, nullptr, nullptr, 0)
+                           : PQsendQueryParams(db, request.sql, 0, nullptr, nullptr, nullptr,
+                                               nullptr, 0);
+}
+
+}  // namespace
+
+void Channel::Open(int level, std::vector<std::string> commands) {
+  for (std::string& command : commands) queued_.emplace_back(level, std::move(command));
+}
+
+bool Channel::Forget(int level) {
+  auto first = std::find_if(queued_.begin(), queued_.end(),
+                            [&](const auto& command) { return command.first >= level; });
+  const bool wasQueued = first != queued_.end() && first->first == level;
+  queued_.erase(first, queued_.end());
+  return wasQueued;
+}
+
+bool Channel::InTransaction() const {
+  return !queued_.empty() || PQtransactionStatus(db_) == PQTRANS_INTRANS;
+}
+
+PGresult* Channel::Send(std::initializer_list<Request> requests) {
+  if (queued_.empty() && requests.size() == 1) {
+    PGresult* result = Exec(db_, *requests.begin());
+    if (!Succeeded(result)) Fail(db_, result);
+    return result;
+  }
+  std::vector<Request> all;
+  for (const auto& command : queued_) all.push_back(Request::Text(command.second.c_str()));
+  all.insert(all.end(), requests.begin(), requests.end());
+  return SendPipelined(all, queued_.size());
+}
+
+// Each request answers one result and then none; the pipeline ends with its sync. After a
+// failure the server skips the rest, which answer PGRES_PIPELINE_ABORTED.
+PGresult* Channel::SendPipelined(const std::vector<Request>& requests, std::size_t queued) {
+  if (!PQenterPipelineMode(db_)) Fail(db_, nullptr);
+  bool sent = true;
+  for (const Request& request : requests) sent = sent && Queue(db_, request);
+  if (!sent || !PQpipelineSync(db_)) {
+    PQexitPipelineMode(db_);
+    Fail(db_, nullptr);  // the connection broke
+  }
+  PGresult* failed = nullptr;
+  std::size_t failedAt = requests.size();
+  PGresult* last = nullptr;
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    PGresult* result = PQgetResult(db_);
+    if (result) PQclear(PQgetResult(db_));  // the end of this request's results
+    if (failedAt == requests.size() && !Succeeded(result)) {
+      failed = result;  // none when the connection broke
+      failedAt = i;
+    } else if (i + 1 == requests.size() && failedAt == requests.size()) {
+      last = result;
+    } else {
+      PQclear(result);
+    }
+  }
+  PQclear(PQgetResult(db_));  // the sync
+  PQexitPipelineMode(db_);
+  if (failedAt == requests.size()) {
+    queued_.clear();
+    return last;
+  }
+  if (failedAt >= queued) {
+    queued_.clear();
+  } else if (queued_.front().first == 1) {
+    PQclear(PQexec(db_, "ROLLBACK"));
+  }
+  Fail(db_, failed);
+}
+
+}  // namespace brindlewayProj::store::postgres
