@@ -60,6 +60,25 @@ TEST_F(WriteTest, UpdateRefusesARowChangedBySomeoneElseSinceEdit) {
   EXPECT_EQ(Count("Select * From [Orders] Where [Delivery] = 0 And [OrderId] = 2"), 1);
 }
 
+// Inside a transaction no one else writes, so Edit may take the row as it was read; not once
+// this workspace has written since: another recordset's change shows, a deleted row is gone.
+TEST_F(WriteTest, EditSeesWhatTheWorkspaceWroteSinceTheRowWasRead) {
+  const String second = "Select * From [Orders] Where ( [OrderId] = 2 )";
+  Workspace().BeginTrans();
+  auto order = Dynaset(second), same = Dynaset(second);
+  same->Edit();
+  same->Collect("Description", Variant("changed"));
+  same->Update();
+  order->Edit();
+  EXPECT_EQ(CStr(Value(*order, "Description")), "changed");
+  order->Collect("Delivery", Variant(Integer{1}));
+  order->Update();
+  Db().Execute("Delete From [OrderBasket] Where [OrderId] = 2", dbFailOnError);
+  Db().Execute("Delete From [Orders] Where [OrderId] = 2", dbFailOnError);
+  EXPECT_STORE_ERROR(order->Edit(), store::errRecordDeleted, "Record is deleted.");
+  Workspace().Rollback();
+}
+
 // Transactions nest: an inner Rollback undoes only its own level, and only the outermost
 // CommitTrans makes changes lasting.
 TEST_F(WriteTest, TransactionsMustBeBegunAndNest) {
