@@ -57,12 +57,6 @@ long RawChanged(RawDb& db) {
   return changed;
 }
 
-std::vector<std::string> Texts(const Collection& items) {
-  std::vector<std::string> texts;
-  for (Long i = 1; i <= items.Count(); ++i) texts.push_back(CStr(items.Item(i)));
-  return texts;
-}
-
 // --- Product names of an order: BasketList, GetOrderedProducts -------------------------------
 
 long RawNames(RawStatement& query, Long orderId, std::vector<std::string>& names) {
@@ -94,8 +88,6 @@ constexpr const char* kRawOrderedProducts =
     "SELECT DISTINCT ProductName FROM BasketList WHERE OrderId = ?1";
 
 // --- A customer's orders as lines: ListOfOrders, ListOpenOrders, ListShippedOrders -----------
-
-enum class Field { kNumber, kDate, kText };
 
 struct Listing {
   Integer (*component)(brindleway&, String&, brindleway::CollectionRef&, String&, Long&);
@@ -129,39 +121,12 @@ const Listing kShippedOrders{
     "WHERE CustomerId = ?1 AND Delivery = ?2 ORDER BY OrderDate DESC",
     1, kShippedFields};
 
-// The line of the current row: each field's text, "<Empty>" when it has no value.
-void AppendLine(const RawStatement& row, std::span<const Field> fields, std::string& line) {
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    if (i) line += kSeparator;
-    const int column = static_cast<int>(i);
-    std::optional<std::string> date;
-    std::optional<std::string_view> text;
-    switch (fields[i]) {
-      case Field::kNumber:
-        if (row.IsNull(column)) break;
-        line += std::to_string(row.Int(column));
-        continue;
-      case Field::kDate:
-        date = DateText(row, column);
-        if (!date) break;
-        line += *date;
-        continue;
-      case Field::kText:
-        text = TextWithValue(row, column);
-        if (!text) break;
-        line += *text;
-        continue;
-    }
-    line += "<Empty>";
-  }
-}
-
 long RawLines(RawStatement& query, const Listing& listing, Long customerId,
               std::vector<std::string>& lines) {
   lines.clear();
   query.Start().Bind(1, customerId);
   if (listing.delivery) query.Bind(2, *listing.delivery);
-  while (query.Step()) AppendLine(query, listing.fields, lines.emplace_back());
+  while (query.Step()) AppendLine(query, listing.fields, kSeparator, lines.emplace_back());
   return static_cast<long>(lines.size());
 }
 

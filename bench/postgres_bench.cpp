@@ -13,11 +13,14 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <random>
+#include <span>
 #include <stdexcept>
 
 #include <brindleway/brindleway.h>
 
+#include "bench/field_text.h"
 #include "bench/raw_libpq.h"
 #include "store/schema.h"
 
@@ -84,32 +87,88 @@ struct Bench {
   RawPg raw;
 };
 
+// A row of a libpq result, as the hand-made field texts read it.
+struct PgRow {
+  const PGresult* result;
+  int row;
+  bool IsNull(int column) const { return PQgetisnull(result, row, column); }
+  std::string_view Text(int column) const {
+    return {PQgetvalue(result, row, column),
+            static_cast<std::size_t>(PQgetlength(result, row, column))};
+  }
+};
+
+// The lines a listing makes of a result's rows, fields as `fields` show them.
+long Lines(PGresult* result, std::span<const Field> fields, std::vector<std::string>& lines) {
+  lines.clear();
+  for (int row = 0; row < PQntuples(result); ++row) {
+    AppendLine(PgRow{result, row}, fields, " | ", lines.emplace_back());
+  }
+  const long rows = PQntuples(result);
+  PQclear(result);
+  return rows;
+}
+
+// The out-values OrderDetail hands back, made from the first row: numbers, dates and names
+// with a value.
+struct OrderRow {
+  long long customer = 0, delivery = 0;
+  std::string first, last, description;
+  std::optional<StoredTime> ordered, delivered;
+};
+
+OrderRow ReadOrder(PGresult* result) {
+  OrderRow order;
+  const PgRow row{result, 0};
+  if (PQntuples(result) > 0) {
+    order.customer = std::atoll(PQgetvalue(result, 0, 0));
+    order.delivery = std::atoll(PQgetvalue(result, 0, 5));
+    if (auto text = TextWithValue(row, 1)) order.first = *text;
+    if (auto text = TextWithValue(row, 2)) order.last = *text;
+    if (auto text = TextWithValue(row, 6)) order.description = *text;
+    if (!row.IsNull(3)) order.ordered = ParseStoredTime(row.Text(3));
+    if (!row.IsNull(4)) order.delivered = ParseStoredTime(row.Text(4));
+  }
+  PQclear(result);
+  return order;
+}
+
+constexpr Field kNameField[] = {Field::kText};
+constexpr Field kNumberField[] = {Field::kNumber};
+constexpr Field kOrderFields[] = {Field::kNumber, Field::kDate, Field::kText};
+constexpr const char* kOrdersSql =
+    "SELECT \"OrderId\", \"OrderDate\", \"Description\" FROM \"OrdersWithNames\" WHERE "
+    "\"CustomerId\" = $1 ORDER BY \"OrderDate\" DESC NULLS LAST";
+
+// Both sides make the same lines of the orders of the first customers.
+void CompareListings(Bench& bench) {
+  bench.raw.Prepare("orders", kOrdersSql);
+  for (Long customer = 1; customer <= 10; ++customer) {
+    auto listed = std::make_shared<Collection>();
+    String message, separator = " | ";
+    Long id = customer;
+    bench.component.ListOfOrders(message, listed, separator, id);
+    std::vector<std::string> raw;
+    Lines(bench.raw.Run("orders", {std::to_string(customer)}), kOrderFields, raw);
+    if (Texts(*listed) != raw) {
+      throw std::runtime_error("the sides list customer " + std::to_string(customer) +
+                               "'s orders differently");
+    }
+  }
+}
+
 Bench& Shared() {
   static Bench* bench = [] {
     MakeStore(OrderCount());
-    return new Bench(OrderCount());
+    auto made = new Bench(OrderCount());
+    CompareListings(*made);
+    return made;
   }();
   return *bench;
 }
 
 void Expect(bool ok, const String& message) {
   if (!ok) throw std::runtime_error(message);
-}
-
-// Texts of a result, field by field into one line per row, as a listing makes them.
-long Lines(PGresult* result, std::vector<std::string>& lines) {
-  lines.clear();
-  for (int row = 0; row < PQntuples(result); ++row) {
-    std::string line;
-    for (int field = 0; field < PQnfields(result); ++field) {
-      if (field) line += " | ";
-      line += PQgetisnull(result, row, field) ? "<Empty>" : PQgetvalue(result, row, field);
-    }
-    lines.push_back(std::move(line));
-  }
-  const long rows = PQntuples(result);
-  PQclear(result);
-  return rows;
 }
 
 void Register(const char* name, std::function<void(Bench&)> component,
@@ -139,7 +198,7 @@ void RegisterAll() {
       [](Bench& b) {
         b.raw.Prepare("basket", "SELECT \"ProductName\" FROM \"BasketList\" WHERE \"OrderId\" = "
                                 "$1 ORDER BY \"ProductName\" COLLATE nocase NULLS FIRST");
-        Lines(b.raw.Run("basket", {std::to_string(b.AnyOrder())}), lines);
+        Lines(b.raw.Run("basket", {std::to_string(b.AnyOrder())}), kNameField, lines);
       });
   Register(
       "ListOfOrders",
@@ -149,10 +208,7 @@ void RegisterAll() {
         Expect(b.component.ListOfOrders(message, list, separator, customer) >= 0, message);
       },
       [](Bench& b) {
-        b.raw.Prepare("orders", "SELECT \"OrderId\", \"OrderDate\", \"Description\" FROM "
-                                "\"OrdersWithNames\" WHERE \"CustomerId\" = $1 ORDER BY "
-                                "\"OrderDate\" DESC NULLS LAST");
-        Lines(b.raw.Run("orders", {std::to_string(b.AnyCustomer())}), lines);
+        Lines(b.raw.Run("orders", {std::to_string(b.AnyCustomer())}), kOrderFields, lines);
       });
   Register(
       "OrderDetail",
@@ -170,7 +226,7 @@ void RegisterAll() {
                                 "\"OrderDate\", \"DeliveryDate\", \"Delivery\", \"Description\" "
                                 "FROM \"OrdersWithNames\" WHERE \"OrderId\" = $1 ORDER BY "
                                 "\"OrderDate\" DESC NULLS LAST");
-        Lines(b.raw.Run("detail", {std::to_string(b.AnyOrder())}), lines);
+        ReadOrder(b.raw.Run("detail", {std::to_string(b.AnyOrder())}));
       });
   Register(
       "QuantityOrdered",
@@ -183,7 +239,7 @@ void RegisterAll() {
                                   "\"OrderId\" = $1 AND \"ProductId\" = $2");
         const Long order = b.AnyOrder();
         Lines(b.raw.Run("quantity", {std::to_string(order), std::to_string(Bench::ProductOf(order))}),
-              lines);
+              kNumberField, lines);
       });
   Register(
       "StartNewOrder",

@@ -1,6 +1,5 @@
 // The raw SQLite side of the benchmarks: connections with the store's durability (WAL,
-// synchronous=FULL, foreign keys on), statements prepared once and reused, and the texts the
-// component makes of stored fields, made here by hand.
+// synchronous=FULL, foreign keys on), and statements prepared once and reused.
 #pragma once
 
 #include <sqlite3.h>
@@ -10,6 +9,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "bench/field_text.h"
 
 namespace brindlewayProj::bench {
 
@@ -71,18 +72,5 @@ class RawTransaction {
   RawDb& db_;
   bool done_ = false;
 };
-
-// A date as stored: "YYYY-MM-DD HH:MM:SS".
-struct StoredTime {
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-};
-std::optional<StoredTime> ParseStoredTime(std::string_view text);
-
-// A date column as a listing shows it: the US short date ("3/14/99", the full year outside
-// 1930-2029) and " h:mm:ss AM" when the time is not midnight; nullopt for NULL and for day 0
-// (30 Dec 1899, midnight), which count as no value.
-std::optional<std::string> DateText(const RawStatement& row, int column);
-// A text column when it has a value: not NULL, not empty, not blanks only.
-std::optional<std::string_view> TextWithValue(const RawStatement& row, int column);
 
 }  // namespace brindlewayProj::bench

@@ -52,9 +52,22 @@ PGresult* Channel::Send(std::initializer_list<Request> requests) {
     return result;
   }
   std::vector<Request> all;
-  for (const auto& command : queued_) all.push_back(Request::Text(command.second.c_str()));
+  for (const auto& command : queued_) {
+    all.push_back(Request::Prepared(PreparedCommand(command.second).c_str(), 0, nullptr));
+  }
   all.insert(all.end(), requests.begin(), requests.end());
   return SendPipelined(all, queued_.size());
+}
+
+const std::string& Channel::PreparedCommand(const std::string& sql) {
+  auto found = commands_.find(sql);
+  if (found != commands_.end()) return found->second;
+  std::string name = std::to_string(commands_.size());
+  name.insert(0, 1, 't');
+  PGresult* prepared = PQprepare(db_, name.c_str(), sql.c_str(), 0, nullptr);
+  if (!Succeeded(prepared)) Fail(db_, prepared);
+  PQclear(prepared);
+  return commands_.emplace(sql, std::move(name)).first->second;
 }
 
 // Each request answers one result and then none; the pipeline ends with its sync. After a

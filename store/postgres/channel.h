@@ -1,13 +1,14 @@
 // The road of a PostgreSQL connection's requests to the server, one round trip at a time. The
 // commands that open transaction levels (BEGIN with the write lock, SAVEPOINT) wait for the
 // next request and travel with it, so that opening a level costs no round trip of its own and
-// a level that ends unused costs nothing.
+// a level that ends unused costs nothing. Those commands are prepared once per connection.
 #pragma once
 
 #include <libpq-fe.h>
 
 #include <initializer_list>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -47,9 +48,12 @@ class Channel {
 
  private:
   PGresult* SendPipelined(const std::vector<Request>& requests, std::size_t queued);
+  // The name of the command `sql` prepared on the server, which prepares it on first use.
+  const std::string& PreparedCommand(const std::string& sql);
 
   PGconn* db_;
   std::vector<std::pair<int, std::string>> queued_;  // level, command
+  std::unordered_map<std::string, std::string> commands_;  // prepared: command -> name
 };
 
 }  // namespace brindlewayProj::store::postgres

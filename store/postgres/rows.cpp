@@ -77,15 +77,17 @@ bool PostgresConnection::ParentRowExists(const ForeignKey& key, const SqlValue& 
 }
 
 // The key comes from the identity column's sequence, which never hands a number out twice,
-// rolled back or not; rows stored with keys of their own may have gone past the sequence, so
-// it is moved beyond the highest stored key first.
+// rolled back or not; rows stored with keys of their own may have gone past the sequence, which
+// is then moved on beyond the highest stored key.
 std::int64_t PostgresConnection::ReserveKey(const SourceInfo& table) {
   std::string quotedTable, quotedKey;
   AppendName(quotedTable, table.name);
   AppendName(quotedKey, table.integerKey);
-  auto next = Prepare("SELECT setval(pg_get_serial_sequence($1, $2), greatest(nextval("
-                      "pg_get_serial_sequence($1, $2)), (SELECT coalesce(max(" +
-                      quotedKey + "), 0) + 1 FROM " + quotedTable + ")))");
+  auto next = Prepare(
+      "SELECT CASE WHEN drawn >= above THEN drawn ELSE setval(sequence, above) END FROM "
+      "(SELECT sequence, nextval(sequence) AS drawn, (SELECT coalesce(max(" + quotedKey +
+      "), 0) + 1 FROM " + quotedTable + ") AS above "
+      "FROM pg_get_serial_sequence($1, $2) AS sequence) AS next");
   next->Bind({quotedTable, table.integerKey});
   next->Step();
   return std::get<std::int64_t>(next->Column(0));

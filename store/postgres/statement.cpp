@@ -49,7 +49,13 @@ std::string NumberText(double value) {
   return text;
 }
 
-constexpr int kCursorBatch = 64;
+// A cursor's first fetch takes the rows a dynaset reads as it opens (its first two); later
+// ones take batches.
+constexpr int kFirstFetch = 2, kCursorBatch = 64;
+
+std::string FetchSql(int rows, const std::string& cursor) {
+  return "FETCH " + std::to_string(rows) + " FROM \"" + cursor + "\"";
+}
 
 }  // namespace
 
@@ -59,7 +65,8 @@ PostgresStatement::PostgresStatement(Channel& channel, std::string name, const s
       db_(channel.Db()),
       name_(std::move(name)),
       sql_(sql),
-      fetch_("FETCH " + std::to_string(kCursorBatch) + " FROM \"" + name_ + "_cursor\""),
+      firstFetch_(FetchSql(kFirstFetch, name_ + "_cursor")),
+      fetch_(FetchSql(kCursorBatch, name_ + "_cursor")),
       wholeTable_(sql.starts_with("SELECT ctid, ") && sql.find(" WHERE ") == std::string::npos),
       transaction_(transaction) {
   PGresult* prepared = PQprepare(db_, name_.c_str(), sql.c_str(), 0, nullptr);
@@ -120,12 +127,12 @@ void PostgresStatement::Run() {
   // an earlier run in this transaction is closed; others ended with their transactions.
   const std::string declare = PrepareDeclare(), close = "CLOSE \"" + name_ + "_cursor\"";
   const Request declaring = Request::Prepared(declare.c_str(), parameterCount_, parameters.data());
-  const Request fetching = Request::Text(fetch_.c_str());
+  const Request fetching = Request::Text(firstFetch_.c_str());
   result_ = cursorTransaction_ == transaction_
                 ? channel_.Send({Request::Text(close.c_str()), declaring, fetching})
                 : channel_.Send({declaring, fetching});
   cursorTransaction_ = transaction_;
-  cursorOpen_ = PQntuples(result_) == kCursorBatch;
+  cursorOpen_ = PQntuples(result_) == kFirstFetch;
 }
 
 std::string PostgresStatement::PrepareDeclare() {

@@ -56,7 +56,8 @@ class PostgresStatement : public Statement {
   PGresult* result_ = nullptr;
   int row_ = -1;
   std::string sql_;
-  std::string fetch_;       // the FETCH of the next rows of this statement's cursor
+  std::string firstFetch_;  // the FETCH of the first rows of this statement's cursor
+  std::string fetch_;       // and of the next ones
   bool wholeTable_;         // a dynaset's statement on a whole table
   bool declared_ = false;   // the DECLARE is prepared on the server
   bool cursorOpen_ = false;  // a cursor of this statement is open, with rows left to fetch
