@@ -34,8 +34,9 @@ class Browser {
       std::sscanf(line, "ChromeDriver was started successfully on port %d", &port_);
     }
     // Headless, as root in a container, with nothing fetched in the background.
-    const json args = {"--headless=new", "--no-sandbox", "--disable-dev-shm-usage",
-                       "--disable-background-networking", "--window-size=1280,1000"};
+    const json args = {"--headless=new", "--no-sandbox", "--disable-gpu",
+                       "--disable-dev-shm-usage", "--disable-background-networking",
+                       "--window-size=1280,1000"};
     const json options = {{"binary", kChromium}, {"args", args}};
     const json session = Command(
         "/session", {{"capabilities", {{"alwaysMatch", {{"goog:chromeOptions", options}}}}}});
