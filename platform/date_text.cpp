@@ -21,41 +21,61 @@ String PlainText(icu::UnicodeString text) {
 constexpr double kUnixEpochDay = 25569;  // 1 Jan 1970 as a day number
 constexpr double kMillisPerDay = 86400000;
 
-String FormattedText(Date value, const RegionalFormats& formats) {
+// Texts made before, by key, for one set of formats; dropped when the formats change or the
+// texts grow too many.
+class MadeTexts {
+ public:
+  template <class Make>
+  const String& Get(const RegionalFormats& formats, double key, Make make) {
+    if (madeWith_ != &formats || made_.size() >= 8192) {
+      made_.clear();
+      madeWith_ = &formats;
+    }
+    auto found = made_.find(key);
+    if (found == made_.end()) found = made_.emplace(key, make()).first;
+    return found->second;
+  }
+
+ private:
+  const RegionalFormats* madeWith_ = nullptr;
+  std::unordered_map<double, String> made_;
+};
+
+// The short date of a day (its number) with the year as the platform writes it.
+String DayText(double dayNumber, int year, const RegionalFormats& formats) {
+  const bool twoDigitYear = year >= 1930 && year <= 2029;
+  icu::UnicodeString text;
+  return PlainText((twoDigitYear ? formats.shortDate : formats.shortDateFullYear)
+                       ->format((dayNumber - kUnixEpochDay) * kMillisPerDay, text));
+}
+
+// The long time of a second of the day.
+String TimeText(double secondOfDay, const RegionalFormats& formats) {
+  icu::UnicodeString text;
+  return PlainText(formats.longTime->format(secondOfDay * 1000, text));
+}
+
+}  // namespace
+
+// Formatting through ICU is the dear part of listing orders, and a shop lists the same days and
+// times of day again and again: each thread keeps the day and time texts it made.
+String DateText(Date value) {
   const auto civil = ToCivil(value);
   if (!civil) Raise(errOverflow);
   CivilTime day = *civil;
   day.hour = day.minute = day.second = 0;
   const double dayNumber = FromCivil(day)->serial;
   const double secondOfDay = civil->hour * 3600 + civil->minute * 60 + civil->second;
-  const UDate instant = (dayNumber - kUnixEpochDay) * kMillisPerDay + secondOfDay * 1000;
-
-  icu::UnicodeString text;
-  if (dayNumber == 0) return PlainText(formats.longTime->format(instant, text));
-  const bool twoDigitYear = civil->year >= 1930 && civil->year <= 2029;
-  (twoDigitYear ? formats.shortDate : formats.shortDateFullYear)->format(instant, text);
-  if (secondOfDay != 0) {
-    text.append(u' ');
-    formats.longTime->format(instant, text);
-  }
-  return PlainText(text);
-}
-
-}  // namespace
-
-// Formatting through ICU is the dear part of listing orders, and a shop lists the same days
-// again and again: each thread keeps the texts it made for one set of formats.
-String DateText(Date value) {
   const RegionalFormats& formats = CurrentRegionalFormats();
-  thread_local const RegionalFormats* madeWith = nullptr;
-  thread_local std::unordered_map<double, String> made;
-  if (madeWith != &formats || made.size() >= 4096) {
-    made.clear();
-    madeWith = &formats;
+  thread_local MadeTexts days, times;
+  const auto time = [&] { return TimeText(secondOfDay, formats); };
+  if (dayNumber == 0) return times.Get(formats, secondOfDay, time);
+  String text =
+      days.Get(formats, dayNumber, [&] { return DayText(dayNumber, civil->year, formats); });
+  if (secondOfDay != 0) {
+    text += ' ';
+    text += times.Get(formats, secondOfDay, time);
   }
-  if (auto found = made.find(value.serial); found != made.end()) return found->second;
-  String text = FormattedText(value, formats);
-  made.emplace(value.serial, text);
   return text;
 }
 
