@@ -1,8 +1,9 @@
-// Test-only: a backend connection that passes every call to a real one, with one hook before
-// each call, so that tests can fail, count or interleave store operations. Statements handed
-// out are wrapped as well, so that their Bind and Step pass the hook too.
+// Test-only: a backend connection that passes every call to a real one after a hook, which may
+// fail the call (by throwing store::BackendError), count calls or interleave work of its own.
+// The statements it hands out pass the hook on each Step too.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,63 +11,87 @@
 
 namespace brindlewayProj::testing {
 
+// Runs before each store operation but Rollback, with a short description of it.
+using StoreHook = std::function<void(const std::string& operation)>;
+
 class ForwardingConnection : public store::Connection {
  public:
-  explicit ForwardingConnection(std::shared_ptr<store::Connection> inner)
-      : inner_(std::move(inner)) {}
+  ForwardingConnection(std::shared_ptr<store::Connection> inner, StoreHook before)
+      : inner_(std::move(inner)), before_(std::move(before)) {}
 
-  std::shared_ptr<store::Statement> Prepare(const std::string& sql) override;
+  std::shared_ptr<store::Statement> Prepare(const std::string& sql) override {
+    return std::make_shared<Statement>(Inner("prepare " + sql).Prepare(sql), before_, sql);
+  }
   long long Execute(const std::string& sql, const std::vector<store::SqlValue>& values) override {
-    Before("execute " + sql);
-    return inner_->Execute(sql, values);
+    return Inner("execute " + sql).Execute(sql, values);
   }
   std::optional<store::SourceInfo> Describe(const std::string& name) override {
-    Before("describe " + name);
-    return inner_->Describe(name);
+    return Inner("describe " + name).Describe(name);
   }
   const store::SqlSyntax& Syntax() const override { return inner_->Syntax(); }
   std::optional<std::vector<store::SqlValue>> ReadRow(const store::SourceInfo& table,
                                                       std::span<const std::string> columns,
                                                       const store::RowId& row) override {
-    Before("read row of " + table.name);
-    return inner_->ReadRow(table, columns, row);
+    return Inner("read row of " + table.name).ReadRow(table, columns, row);
   }
   long long UpdateRow(const store::SourceInfo& table, const store::RowId& row,
                       std::span<const store::ColumnValue> changes,
                       std::span<const store::ColumnValue> expected) override {
-    Before("update row of " + table.name);
-    return inner_->UpdateRow(table, row, changes, expected);
+    return Inner("update row of " + table.name).UpdateRow(table, row, changes, expected);
   }
   store::RowId InsertRow(const store::SourceInfo& table,
                          std::span<const store::ColumnValue> values) override {
-    Before("insert row into " + table.name);
-    return inner_->InsertRow(table, values);
+    return Inner("insert row into " + table.name).InsertRow(table, values);
   }
   bool ParentRowExists(const store::ForeignKey& key, const store::SqlValue& value) override {
-    Before("look up parent " + key.parentTable);
-    return inner_->ParentRowExists(key, value);
+    return Inner("look up parent " + key.parentTable).ParentRowExists(key, value);
   }
   std::int64_t ReserveKey(const store::SourceInfo& table) override {
-    Before("reserve key of " + table.name);
-    return inner_->ReserveKey(table);
+    return Inner("reserve key of " + table.name).ReserveKey(table);
   }
-  void Begin(int level) override {
-    Before("begin " + std::to_string(level));
-    inner_->Begin(level);
-  }
-  void Commit(int level) override {
-    Before("commit " + std::to_string(level));
-    inner_->Commit(level);
-  }
+  void Begin(int level) override { Inner("begin " + std::to_string(level)).Begin(level); }
+  void Commit(int level) override { Inner("commit " + std::to_string(level)).Commit(level); }
   // Not hooked: a rollback is how every failure is cleaned up.
   void Rollback(int level) override { inner_->Rollback(level); }
 
-  // Runs before each operation but Rollback, with a short description of it; may throw
-  // store::BackendError to fail the operation.
-  virtual void Before(const std::string& operation) = 0;
-
  private:
+  class Statement : public store::Statement {
+   public:
+    Statement(std::shared_ptr<store::Statement> inner, StoreHook before, const std::string& sql)
+        : inner_(std::move(inner)), before_(std::move(before)), step_("step " + sql) {}
+    std::shared_ptr<const std::vector<store::ColumnInfo>> Columns() const override {
+      return inner_->Columns();
+    }
+    void Bind(const std::vector<store::SqlValue>& values) override { inner_->Bind(values); }
+    bool Step() override {
+      before_(step_);
+      return inner_->Step();
+    }
+    store::SqlValue Column(int index) const override { return inner_->Column(index); }
+    void Reset() override { inner_->Reset(); }
+
+   private:
+    std::shared_ptr<store::Statement> inner_;
+    StoreHook before_;
+    std::string step_;
+  };
+
+  store::Connection& Inner(const std::string& operation) {
+    before_(operation);
+    return *inner_;
+  }
+
   std::shared_ptr<store::Connection> inner_;
+  StoreHook before_;
 };
+
+// Every connection that a component opens from now on passes `before`; no hook restores the
+// engine's own connections.
+inline void HookStoreOperations(StoreHook before) {
+  if (!before) return store::SetConnectionOpenerForTesting(nullptr);
+  store::SetConnectionOpenerForTesting([before](const std::filesystem::path& file) {
+    return std::make_shared<ForwardingConnection>(store::OpenEngineConnection(file), before);
+  });
+}
 
 }  // namespace brindlewayProj::testing

@@ -13,6 +13,15 @@
 
 namespace brindlewayProj::testing {
 
+// Every order, then every basket row, in the order of their keys: what a test compares a store
+// with, before and after.
+inline std::vector<SqlRow> OrdersAndBasket(const std::filesystem::path& store) {
+  auto rows = SqlRows(store, "SELECT * FROM Orders ORDER BY OrderId");
+  auto basket = SqlRows(store, "SELECT * FROM OrderBasket ORDER BY 1, 2, 3");
+  rows.insert(rows.end(), basket.begin(), basket.end());
+  return rows;
+}
+
 class ShopTest : public ::testing::Test {
  protected:
   ShopTest() : store_(MakeStore(dir_, false)) {

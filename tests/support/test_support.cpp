@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <cctype>
 #include <fstream>
 #include <cstdio>
 #include <cstdlib>
@@ -61,29 +60,18 @@ std::string QuoteSchemaNames(const std::string& sql) {
       "CustomerId", "FirstName", "LastName", "ProductId", "ProductName", "Vendor",
       "ProductPrice", "OrderId", "OrderDate", "DeliveryDate", "Delivery", "Description",
       "Quantity"};
+  static const std::string wordCharacters =
+      "_0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
   std::string quoted;
-  for (std::size_t i = 0; i < sql.size();) {
-    const char c = sql[i];
-    if (c == '\'' || c == '"') {  // a literal or a quoted name, copied as it is
-      const std::size_t end = std::min(sql.find(c, i + 1), sql.size() - 1);
-      quoted.append(sql, i, end + 1 - i);
-      i = end + 1;
-    } else if (std::isalpha(static_cast<unsigned char>(c))) {
-      std::size_t end = i;
-      while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) || sql[end] == '_')) ++end;
-      const std::string_view word(sql.data() + i, end - i);
-      if (names.contains(word)) {
-        quoted += '"';
-        quoted += word;
-        quoted += '"';
-      } else {
-        quoted += word;
-      }
-      i = end;
-    } else {
-      quoted += c;
-      ++i;
+  for (std::size_t i = 0, end = 0; i < sql.size(); i = end) {
+    if (sql[i] == '\'' || sql[i] == '"') {  // a literal or a quoted name, copied as it is
+      end = std::min(sql.find(sql[i], i + 1), sql.size() - 1) + 1;
+    } else {  // a word, or one other character
+      end = std::min(sql.find_first_not_of(wordCharacters, i), sql.size());
+      end = std::max(end, i + 1);
     }
+    const std::string_view piece(sql.data() + i, end - i);
+    quoted += names.contains(piece) ? '"' + std::string(piece) + '"' : std::string(piece);
   }
   return quoted;
 }
@@ -146,18 +134,6 @@ std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string
   }
   sqlite3_close(db);
   return rows;
-}
-
-std::string JoinedRows(const std::filesystem::path& file, const std::string& sql) {
-  std::string text;
-  for (const SqlRow& row : SqlRows(file, sql)) {
-    if (!text.empty()) text += ' ';
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (i) text += ':';
-      text += row[i] == "NULL" ? "-" : row[i];
-    }
-  }
-  return text;
 }
 
 std::string SqlScalar(const std::filesystem::path& file, const std::string& sql) {

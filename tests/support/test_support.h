@@ -43,8 +43,6 @@ std::filesystem::path MakeStore(const TempDir& dir, bool withSample = true,
 // PostgreSQL, which would fold them to lower case, they are quoted first.
 using SqlRow = std::vector<std::string>;
 std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string& sql);
-// The rows of `sql` in one text: fields joined by ':', rows by ' ', Null as '-'.
-std::string JoinedRows(const std::filesystem::path& file, const std::string& sql);
 // The first column of the first row of `sql`, or "no row".
 std::string SqlScalar(const std::filesystem::path& file, const std::string& sql);
 
