@@ -1,25 +1,129 @@
-// The four methods with a transaction against another writer and inside a client's
-// transaction, and the keys of new orders.
+// Transactions of the store methods. A call that fails, with a fault at any of its store
+// operations in turn, with a writer elsewhere holding the store, or after DbDisconnect, answers
+// -1 with the method's message form and the failure's text, leaves the store as it was and no
+// transaction open, and the next call succeeds. No other writer commits between a method's
+// read and its write. The keys of new orders are never given twice.
 #include <sqlite3.h>
 
-#include "tests/support/forwarding_connection.h"
-#include "tests/support/method_calls.h"
 #include "tests/support/shop_fixture.h"
 
 namespace brindlewayProj::testing {
 namespace {
 
-// Order 1 of customer 17 holds Tea (7); a new order goes to customer 18, a Mug (8) to order 1.
-const auto kMethods = StoreMethodCalls({18, 1, 7, 8, "Tea", 1, 1}, 4);
+using store::FailureKind;
+const String kNotSet = "Object variable or With block variable not set";
+const SaleIds kIds{17, 42, 7, 8, "Tea", 42, 42};
+
+// Fails the `failAt`-th store operation (from 1) after it is armed, once.
+struct FaultPlan {
+  int failAt = 0;
+  FailureKind kind = FailureKind::kOther;
+  int seen = 0;
+  bool fired = false;
+};
 
 class TransactionTest : public ShopTest {
  protected:
   TransactionTest() {
-    Sql("INSERT INTO Orders VALUES (1, 17, '2026-11-01 00:00:00', NULL, 0, 'First');"
-        "INSERT INTO OrderBasket VALUES (1, 7, 2);");
+    Reset();
+    shop_.reset();  // the object below opens its connection through the hook
+    HookStoreOperations([this](const std::string&) {
+      if (plan_.failAt == 0 || ++plan_.seen != plan_.failAt) return;
+      plan_.fired = true;
+      throw store::BackendError(plan_.kind, "disk I/O error");
+    });
+    shop_ = std::make_unique<brindleway>();
   }
-  ~TransactionTest() override { HookStoreOperations(nullptr); }
+  ~TransactionTest() override {
+    shop_.reset();
+    HookStoreOperations(nullptr);
+  }
+
+  // The orders and basket every attempt starts from.
+  void Reset() {
+    Sql("DELETE FROM OrderBasket; DELETE FROM Orders;"
+        "INSERT INTO Orders VALUES (42, 17, '2026-03-01 00:00:00', NULL, 0, 'Tea for two'),"
+        " (43, 17, '2026-02-01 00:00:00', '2026-02-03 00:00:00', 1, NULL);"
+        "INSERT INTO OrderBasket VALUES (42, 7, 3), (42, 8, 1), (43, 7, 1);");
+  }
+  // The call has failed with `text` and changed nothing; the next one succeeds.
+  void ExpectFailedCall(const MethodCall& method, Integer status, const String& text,
+                        const std::vector<SqlRow>& before) {
+    EXPECT_EQ(status, -1);
+    EXPECT_EQ(msg_, "<CompError: brindleway." + String(method.name) + "> " + text);
+    EXPECT_EQ(OrdersAndBasket(store_), before);
+    EXPECT_THROW(dao::DBEngine().Workspaces(0)->Rollback(), platform::Error)
+        << "a transaction stayed open";
+    plan_ = {};
+    EXPECT_GE(method.call(*shop_, msg_), 0) << "the next call failed: " << msg_;
+  }
+
+  FaultPlan plan_;
 };
+
+// A reader elsewhere stands on its first row throughout, and stops no write.
+TEST_F(TransactionTest, AFaultOrAWriterElsewhereAnswersMinusOneAndChangesNothing) {
+  const std::vector<SqlRow> start = OrdersAndBasket(store_);
+  auto reader = store::OpenEngineConnection(store_);
+  auto reading = reader->Prepare("SELECT \"OrderId\" FROM \"Orders\"");
+  reading->Bind({});
+  ASSERT_TRUE(reading->Step());
+  const std::pair<FailureKind, String> kinds[] = {
+      {FailureKind::kBusy, "Could not update; currently locked."},
+      {FailureKind::kFull, "Not enough space on disk."},
+      {FailureKind::kOther, "disk I/O error"},
+      {FailureKind::kReadOnly, "Cannot update. Database or object is read-only."},
+  };
+  for (const MethodCall& method : StoreMethodCalls(kIds)) {
+    for (const auto& [kind, text] : kinds) {
+      for (int k = 1;; ++k) {
+        SCOPED_TRACE(std::string(method.name) + ", " + text + ", operation " + std::to_string(k));
+        Reset();
+        plan_ = {k, kind};
+        const Integer status = method.call(*shop_, msg_);
+        if (!plan_.fired) {  // the method finished before its k-th operation
+          EXPECT_GE(status, 0) << msg_;
+          EXPECT_GT(k, 1) << "no store operation";
+          break;
+        }
+        ExpectFailedCall(method, status, text, start);
+      }
+    }
+  }
+  plan_ = {};
+  // A writer elsewhere holds the store until the busy timeout, so only the methods with a
+  // transaction meet it here.
+  for (const MethodCall& method : StoreMethodCalls(kIds, 4)) {
+    SCOPED_TRACE(method.name);
+    Reset();
+    auto writer = store::OpenEngineConnection(store_);
+    writer->Begin(1);
+    const Integer status = method.call(*shop_, msg_);
+    writer->Rollback(1);
+    ExpectFailedCall(method, status, "Could not update; currently locked.", start);
+  }
+}
+
+// The readers and the deletions answer -1, BasketTable leaving the caller's recordset as it
+// was; the four transaction methods fail as calls, since their Rollback has no workspace, with
+// ReturnMsg already written.
+TEST_F(TransactionTest, AfterDbDisconnectEveryMethodFails) {
+  ASSERT_EQ(shop_->DbDisconnect(msg_), 0);
+  int index = 0;
+  for (const MethodCall& method : StoreMethodCalls(kIds)) {
+    msg_.clear();
+    if (index++ < 4) {
+      EXPECT_THROW(method.call(*shop_, msg_), platform::Error) << method.name;
+    } else {
+      EXPECT_EQ(method.call(*shop_, msg_), -1) << method.name;
+    }
+    EXPECT_EQ(msg_, "<CompError: brindleway." + String(method.name) + "> " + kNotSet);
+  }
+  std::shared_ptr<dao::Recordset> table;
+  Long order = 42;
+  EXPECT_EQ(shop_->BasketTable(msg_, table, order), -1);
+  EXPECT_EQ(table, nullptr);
+}
 
 // Another writer that tries to commit while a method is between its read and its write is
 // held off until the method has committed: the method's read still holds when it writes.
@@ -27,7 +131,7 @@ class TransactionTest : public ShopTest {
 // transactions take the database's write lock, and a foreign writer's change between read and
 // write is caught by Update's check instead.
 TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
-  for (const auto& method : kMethods) {
+  for (const auto& method : StoreMethodCalls(kIds, 4)) {
     SCOPED_TRACE(method.name);
     bool inTransaction = false, tried = false;
     int theirs = SQLITE_OK;
@@ -50,35 +154,6 @@ TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
   }
 }
 
-// A client's own transaction on the shared workspace survives every method called inside it,
-// a failing one included, and ends as the client ends it.
-TEST_F(TransactionTest, AClientsTransactionSurvivesTheMethodsCalledInsideIt) {
-  for (bool commit : {false, true}) {
-    SCOPED_TRACE(commit ? "commit" : "rollback");
-    const auto before = OrdersAndBasket(store_);
-    auto workspace = dao::DBEngine().Workspaces(0);
-    workspace->BeginTrans();
-    workspace->OpenDatabase(store_.string())
-        ->Execute("Delete From [OrderBasket] Where [ProductId] = 7", dao::dbFailOnError);
-    for (const auto& method : kMethods) EXPECT_GE(method.call(*shop_, msg_), 0) << msg_;
-    Long order = 1, unknown = 99, one = 1;
-    EXPECT_EQ(shop_->ProductToBuy(msg_, order, unknown, one), -1);
-    EXPECT_EQ(OrdersAndBasket(store_), before);  // nothing lasting yet
-    if (commit) {
-      workspace->CommitTrans();
-      EXPECT_EQ(SqlRows(store_, "SELECT ProductId, Quantity FROM OrderBasket"),
-                (std::vector<SqlRow>{{"8", "2"}}));
-      EXPECT_EQ(SqlRows(store_, "SELECT Delivery, DeliveryDate FROM Orders WHERE OrderId = 1"),
-                (std::vector<SqlRow>{{"1", "2026-11-09 00:00:00"}}));
-      EXPECT_EQ(Scalar("SELECT count(*) FROM Orders WHERE CustomerId = 18"), "1");
-    } else {
-      workspace->Rollback();
-      EXPECT_EQ(OrdersAndBasket(store_), before);
-    }
-    EXPECT_THROW(workspace->Rollback(), platform::Error) << "a transaction stayed open";
-  }
-}
-
 // The key that StartNewOrder hands out exists before the row is stored, for either form of
 // SQLite's engine-numbered key, and is never stored for another order, also after a refused order.
 TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
@@ -88,7 +163,8 @@ TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
     auto file = dir / "brindleway.mdb";
     const std::string schema =
         "CREATE TABLE Customers (CustomerId INTEGER PRIMARY KEY, FirstName TEXT, LastName TEXT);"
-        "CREATE TABLE Orders (OrderId " + std::string(key) +
+        "CREATE TABLE Orders (OrderId " +
+        std::string(key) +
         ", CustomerId INTEGER REFERENCES Customers(CustomerId), OrderDate DATETIME,"
         " DeliveryDate DATETIME, Delivery SMALLINT, Description TEXT);"
         "INSERT INTO Customers VALUES (1, 'Ada', 'Moss');"
