@@ -1,8 +1,5 @@
-// Transactions of the store methods. A call that fails, with a fault at any of its store
-// operations in turn, with a writer elsewhere holding the store, or after DbDisconnect, answers
-// -1 with the method's message form and the failure's text, leaves the store as it was and no
-// transaction open, and the next call succeeds. No other writer commits between a method's
-// read and its write. The keys of new orders are never given twice.
+// Transactions of the store methods: failed calls store nothing, no other writer commits
+// between a method's read and its write, and the keys of new orders are never given twice.
 #include <sqlite3.h>
 
 #include "tests/support/shop_fixture.h"
@@ -46,23 +43,12 @@ class TransactionTest : public ShopTest {
         " (43, 17, '2026-02-01 00:00:00', '2026-02-03 00:00:00', 1, NULL);"
         "INSERT INTO OrderBasket VALUES (42, 7, 3), (42, 8, 1), (43, 7, 1);");
   }
-  // The call has failed with `text` and changed nothing; the next one succeeds.
-  void ExpectFailedCall(const MethodCall& method, Integer status, const String& text,
-                        const std::vector<SqlRow>& before) {
-    EXPECT_EQ(status, -1);
-    EXPECT_EQ(msg_, "<CompError: brindleway." + String(method.name) + "> " + text);
-    EXPECT_EQ(OrdersAndBasket(store_), before);
-    EXPECT_THROW(dao::DBEngine().Workspaces(0)->Rollback(), platform::Error)
-        << "a transaction stayed open";
-    plan_ = {};
-    EXPECT_GE(method.call(*shop_, msg_), 0) << "the next call failed: " << msg_;
-  }
-
   FaultPlan plan_;
 };
 
-// A reader elsewhere stands on its first row throughout, and stops no write.
-TEST_F(TransactionTest, AFaultOrAWriterElsewhereAnswersMinusOneAndChangesNothing) {
+// A fault at each store operation in turn answers -1 with the failure's text, leaves the store as
+// it was and no transaction open; the next call succeeds. A reader elsewhere stops no write.
+TEST_F(TransactionTest, AFaultAtAnyStoreOperationAnswersMinusOneAndChangesNothing) {
   const std::vector<SqlRow> start = OrdersAndBasket(store_);
   auto reader = store::OpenEngineConnection(store_);
   auto reading = reader->Prepare("SELECT \"OrderId\" FROM \"Orders\"");
@@ -86,27 +72,20 @@ TEST_F(TransactionTest, AFaultOrAWriterElsewhereAnswersMinusOneAndChangesNothing
           EXPECT_GT(k, 1) << "no store operation";
           break;
         }
-        ExpectFailedCall(method, status, text, start);
+        EXPECT_EQ(status, -1);
+        EXPECT_EQ(msg_, "<CompError: brindleway." + String(method.name) + "> " + text);
+        EXPECT_EQ(OrdersAndBasket(store_), start);
+        EXPECT_THROW(dao::DBEngine().Workspaces(0)->Rollback(), platform::Error)
+            << "a transaction stayed open";
+        plan_ = {};
+        EXPECT_GE(method.call(*shop_, msg_), 0) << "the next call failed: " << msg_;
       }
     }
   }
-  plan_ = {};
-  // A writer elsewhere holds the store until the busy timeout, so only the methods with a
-  // transaction meet it here.
-  for (const MethodCall& method : StoreMethodCalls(kIds, 4)) {
-    SCOPED_TRACE(method.name);
-    Reset();
-    auto writer = store::OpenEngineConnection(store_);
-    writer->Begin(1);
-    const Integer status = method.call(*shop_, msg_);
-    writer->Rollback(1);
-    ExpectFailedCall(method, status, "Could not update; currently locked.", start);
-  }
 }
 
-// The readers and the deletions answer -1, BasketTable leaving the caller's recordset as it
-// was; the four transaction methods fail as calls, since their Rollback has no workspace, with
-// ReturnMsg already written.
+// The four transaction methods throw (their Rollback has no workspace) with ReturnMsg written;
+// the others answer -1, BasketTable leaving the caller's recordset as it was.
 TEST_F(TransactionTest, AfterDbDisconnectEveryMethodFails) {
   ASSERT_EQ(shop_->DbDisconnect(msg_), 0);
   int index = 0;
@@ -125,11 +104,8 @@ TEST_F(TransactionTest, AfterDbDisconnectEveryMethodFails) {
   EXPECT_EQ(table, nullptr);
 }
 
-// Another writer that tries to commit while a method is between its read and its write is
-// held off until the method has committed: the method's read still holds when it writes.
-// SQLite only: there any writer takes the file's lock; on PostgreSQL only the component's
-// transactions take the database's write lock, and a foreign writer's change between read and
-// write is caught by Update's check instead.
+// A writer between a method's read and its write is held off until the method commits. SQLite
+// only: on PostgreSQL a foreign writer's change is caught by Update's check instead.
 TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
   for (const auto& method : StoreMethodCalls(kIds, 4)) {
     SCOPED_TRACE(method.name);
@@ -154,8 +130,8 @@ TEST_F(TransactionTest, NoOtherWriterCommitsBetweenAMethodsReadAndItsWrite) {
   }
 }
 
-// The key that StartNewOrder hands out exists before the row is stored, for either form of
-// SQLite's engine-numbered key, and is never stored for another order, also after a refused order.
+// For either form of SQLite's numbered key, StartNewOrder's key exists before the row is
+// stored, and is never stored for another order, also after a refusal.
 TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
   for (const char* key : {"INTEGER PRIMARY KEY AUTOINCREMENT", "INTEGER PRIMARY KEY"}) {
     SCOPED_TRACE(key);
