@@ -1,15 +1,6 @@
-// Sales through the public methods, checked row by row against what the calls were told: a
-// seller killed with SIGKILL at random moments, many times over on one store, and sellers on the
-// threads of two processes at once. A seller writes "try <call>" before each call and
-// "ok <new key>" after each call that answered as it must; from those lines alone a model knows
-// every row the store must hold. Besides, an object called from another thread than its own
-// refuses the call and stays usable on its own.
-//
-// After each kill the store must be sound (integrity and foreign keys), hold every write the
-// seller had been told was stored, and hold the one call under way whole or not at all: no
-// order shipped without its date, no order deleted with its basket left behind. A kill ends the
-// process, not the machine, so this proves the commits, not the disk's flushes.
-// BRINDLEWAY_CRASH_SEED and BRINDLEWAY_CRASH_KILLS override the seed and the number of kills.
+// Sellers killed at random moments, and sellers on threads of two processes at once, checked row
+// by row: a seller writes "try <call>" before each call and "ok <new key>" after each one that
+// answered as it must, from which a model knows every row the store must hold.
 #include <brindleway/dispatch.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -33,10 +24,8 @@ namespace {
 constexpr int kThreads = 4;  // sellers in each of the two processes
 using Say = std::function<void(const std::string& line)>;
 
-// A call as a seller announces it: "start 31 2026-03-05 Sale-4" (customer, order date,
-// description), "buy 17 52 3" and "modify 17 52 8" (order, product, quantity), "count 17 52"
-// (QuantityOrdered), "remove 17 52", "ship 17 2026-04-01" (delivery date, Delivery 1),
-// "delete 17".
+// "start 31 2026-03-05 Sale-4", "buy 17 52 3", "modify 17 52 8", "count 17 52" (QuantityOrdered),
+// "remove 17 52", "ship 17 2026-04-01" (Delivery 1), "delete 17".
 using Call = std::vector<std::string>;
 
 Call Split(const std::string& line) {
@@ -68,10 +57,8 @@ Integer Perform(brindleway& shop, const Call& call, Long& key, String& msg) {
   return shop.ModifyOrderQuantity(msg, id, product, newQuantity);
 }
 
-// Random sales of `customer`, `sales` of them (for ever when 0), through an object of the
-// thread's own. Every call finds its rows, so any other answer than the one expected is a
-// fault, which ends the sales with "fail ...". A call refused by a lock conflict is a valid
-// answer under contention; it stored nothing, and is made again.
+// `sales` random sales (for ever when 0) of `customer`. Every call finds its rows, so another
+// answer ends them with "fail ..."; one refused by a lock conflict stored nothing and is redone.
 void Sell(std::uint32_t seed, Long customer, int sales, const Say& say) {
   brindleway shop;
   say("ready");
@@ -137,8 +124,7 @@ struct Model {
       std::erase_if(basket, [&](const auto& row) { return row.first.first == order; });
     }
   }
-  // Applies the calls acknowledged in `said`; answers the one announced last and not
-  // acknowledged, if any.
+  // Applies the calls acknowledged in `said`; answers the one under way, if any.
   std::optional<Call> Replay(const std::string& said) {
     std::istringstream lines(said);
     std::optional<Call> pending;
@@ -192,14 +178,14 @@ std::string ReadToEnd(int fd) {
   return text;
 }
 
-std::uint32_t FromEnvironment(const char* name, std::uint32_t fallback) {
-  const char* value = std::getenv(name);
-  return value ? static_cast<std::uint32_t>(std::stoul(value)) : fallback;
-}
-
+// After each kill the store is sound and holds every acknowledged write, and the call under way
+// whole or not at all. A kill ends the process, not the machine: this proves the commits, not
+// the disk's flushes. BRINDLEWAY_CRASH_SEED and BRINDLEWAY_CRASH_KILLS override the run.
 TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNoOrder) {
-  const std::uint32_t seed = FromEnvironment("BRINDLEWAY_CRASH_SEED", 20260611);
-  const int kills = static_cast<int>(FromEnvironment("BRINDLEWAY_CRASH_KILLS", 60));
+  const char* seedText = std::getenv("BRINDLEWAY_CRASH_SEED");
+  const char* killsText = std::getenv("BRINDLEWAY_CRASH_KILLS");
+  const std::uint32_t seed = seedText ? std::stoul(seedText) : 20260611;
+  const int kills = killsText ? std::stoi(killsText) : 60;
   std::mt19937 random(seed);
   TempDir dir;
   const auto file = MakeSalesStore(dir);
@@ -222,9 +208,8 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
       _exit(1);
     }
     close(ends[1]);
-    // The moment of the kill counts from the child's first line, "ready", so that it falls
-    // among the sales; meanwhile the parent sleeps rather than reads, so as not to kill mostly
-    // just after the child has written a line.
+    // The kill falls among the sales: its moment counts from "ready", slept rather than read
+    // through, so as not to kill mostly just after a line.
     char ready[6] = {};
     const bool started = read(ends[0], ready, sizeof ready) == sizeof ready;
     if (started) std::this_thread::sleep_for(std::chrono::milliseconds(5 + random() % 146));
@@ -240,8 +225,7 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
 
     ASSERT_EQ(SqlScalar(file, "PRAGMA integrity_check"), "ok");
     ASSERT_EQ(SqlScalar(file, "PRAGMA foreign_key_check"), "no row");
-    // The acknowledged writes, or those and the call under way stored whole; a new order under
-    // way would have the highest key.
+    // Else the call under way landed whole; a new order would have the highest key.
     const auto stored = OrdersAndBasket(file);
     if (stored == model.Rows()) continue;
     ASSERT_TRUE(pending) << "the acknowledged writes are not stored:"
@@ -261,8 +245,7 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
             << std::endl;
 }
 
-// kThreads sellers at once, for the customers from `first` on: what they said, seller after
-// seller.
+// What kThreads sellers at once, for the customers from `first` on, said.
 std::string SellOnThreads(Long first) {
   std::vector<std::string> said(kThreads);
   {
@@ -277,8 +260,7 @@ std::string SellOnThreads(Long first) {
   return all;
 }
 
-// Threads here and in a second process, as several web servers would run them, each selling
-// to a customer of its own: the store holds what every seller was told, no more.
+// Threads here and in a second process, as web servers would run them, each with a customer.
 TEST(ThreadTest, SellersOnThreadsOfTwoProcessesLoseAndMixUpNothing) {
   TempDir dir;
   const auto file = MakeSalesStore(dir);
@@ -312,29 +294,24 @@ TEST(ThreadTest, ACallFromAnotherThreadIsRefusedAndTheObjectLivesOn) {
   platform::App::SetPath("");
   const String wrongThread =
       "The application called an interface that was marshalled for a different thread.";
+  String msg;
+  Long order = 1, customer = 1;
+  auto names = std::make_shared<Collection>();
+  std::vector<server::Argument> arguments{{"", Variant()}, {"", Variant(Long{1})}};
+  auto refused = [&](const std::function<void()>& call) {
+    try {
+      call();
+    } catch (const platform::Error& failure) {
+      return failure.Number() == platform::errWrongThread && failure.Description() == wrongThread;
+    }
+    return false;
+  };
   std::thread([&] {
-    String msg;
-    Long order = 1, customer = 1;
-    auto names = std::make_shared<Collection>();
     EXPECT_EQ(shop.BasketList(msg, names, order), -1);
     EXPECT_EQ(msg, "<CompError: brindleway.BasketList> " + wrongThread);
-    try {
-      shop.StartNewOrder(msg, order, customer);
-      ADD_FAILURE() << "StartNewOrder from another thread was not refused";
-    } catch (const platform::Error& failure) {
-      EXPECT_EQ(failure.Number(), platform::errWrongThread);
-    }
-    std::vector<server::Argument> arguments{{"", Variant()}, {"", Variant(Long{1})}};
-    try {
-      late->Invoke("DeleteAnOrder", arguments);
-      ADD_FAILURE() << "a late-bound call from another thread was not refused";
-    } catch (const platform::Error& failure) {
-      EXPECT_EQ(failure.Description(), wrongThread);
-    }
+    EXPECT_TRUE(refused([&] { shop.StartNewOrder(msg, order, customer); }));
+    EXPECT_TRUE(refused([&] { late->Invoke("DeleteAnOrder", arguments); })) << "late-bound";
   }).join();
-  String msg;
-  Long order = 1;
-  auto names = std::make_shared<Collection>();
   EXPECT_EQ(shop.BasketList(msg, names, order), 3) << msg;
 }
 
