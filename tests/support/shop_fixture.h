@@ -1,7 +1,5 @@
-// Test-only tools for the order and basket methods: a fixture with a brindleway object on a
-// fresh store (customers 17 and 18, products 7 and 8) in a component folder with US English
-// dates; one call of each store method, for the suites that run every method the same way; and
-// a hook before every store operation, to fail, count or interleave them.
+// Test-only tools for the order and basket methods: a fixture (customers 17 and 18, products 7
+// and 8), one call of each store method, and a hook before every store operation.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,8 +17,7 @@
 
 namespace brindlewayProj::testing {
 
-// Every order, then every basket row, in the order of their keys: what a test compares a store
-// with, before and after.
+// Every order, then every basket row, in the order of their keys.
 inline std::vector<SqlRow> OrdersAndBasket(const std::filesystem::path& store) {
   auto rows = SqlRows(store, "SELECT * FROM Orders ORDER BY OrderId");
   auto basket = SqlRows(store, "SELECT * FROM OrderBasket ORDER BY 1, 2, 3");
@@ -62,8 +59,7 @@ struct MethodCall {
 };
 
 namespace method_calls {
-// A value as each call gets it: a copy, and a fresh collection rather than a shared one, so
-// that what one call writes into its arguments reaches no later call.
+// A fresh copy of an argument for each call, a collection included.
 template <class T>
 T Fresh(const T& value) {
   return value;
@@ -80,8 +76,7 @@ MethodCall Make(const char* name, Method method, Args... args) {
 }
 }  // namespace method_calls
 
-// The four methods with a transaction, then the two that delete, then the nine readers; the
-// first `count` of them.
+// The first `count` of: the four methods with a transaction, the two deleters, the nine readers.
 inline std::vector<MethodCall> StoreMethodCalls(const SaleIds& ids, std::size_t count = 15) {
 #define METHOD(name) #name, [](brindleway & shop, auto&... a) { return shop.name(a...); }
   using method_calls::Make;
@@ -186,8 +181,7 @@ class ForwardingConnection : public store::Connection {
   StoreHook before_;
 };
 
-// Every connection that a component opens from now on passes `before`; no hook restores the
-// engine's own connections.
+// Every connection a component opens from now on passes `before`; no hook undoes it.
 inline void HookStoreOperations(StoreHook before) {
   if (!before) return store::SetConnectionOpenerForTesting(nullptr);
   store::SetConnectionOpenerForTesting([before](const std::filesystem::path& file) {

@@ -1,14 +1,15 @@
-// Temporary folders, stores on either engine, straight SQL and message-box recording for the
-// tests.
+// Temporary folders, stores on either engine, straight SQL and message-box recording.
 #include "tests/support/test_support.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <stdlib.h>
 
 #include <fstream>
 #include <cstdio>
+#include <cerrno>
 #include <cstdlib>
-#include <random>
+#include <system_error>
 #include <set>
 
 #include <brindleway/hooks.h>
@@ -21,9 +22,8 @@
 namespace brindlewayProj::testing {
 namespace {
 
-// Ends a PostgreSQL run without a server before any test, as skipped (exit code 77, which ctest
-// counts as a skip) or, where a server is required, as failed; and drops the databases the
-// tests made.
+// Ends a PostgreSQL run without a server before any test, as skipped (77 for ctest) or, where
+// one is required, failed; drops the databases the tests made.
 class EngineEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
@@ -43,15 +43,8 @@ class EngineEnvironment : public ::testing::Environment {
   std::vector<std::string> databases;
 };
 
-EngineEnvironment& Engine() {
-  static EngineEnvironment* const environment = [] {
-    auto* made = new EngineEnvironment;
-    ::testing::AddGlobalTestEnvironment(made);
-    return made;
-  }();
-  return *environment;
-}
-[[maybe_unused]] const EngineEnvironment& registered = Engine();
+EngineEnvironment& engine =
+    *static_cast<EngineEnvironment*>(::testing::AddGlobalTestEnvironment(new EngineEnvironment));
 
 // `sql` with the reference schema's names quoted where they stand bare.
 std::string QuoteSchemaNames(const std::string& sql) {
@@ -84,10 +77,9 @@ bool TestEngineIsPostgres() {
 }
 
 TempDir::TempDir() {
-  std::random_device seed;
-  std::mt19937_64 random(seed());
-  path_ = std::filesystem::temp_directory_path() / ("brindleway-test-" + std::to_string(random()));
-  std::filesystem::create_directories(path_);
+  std::string pattern = std::filesystem::temp_directory_path() / "brindleway-test-XXXXXX";
+  if (!mkdtemp(pattern.data())) throw std::system_error(errno, std::generic_category(), pattern);
+  path_ = pattern;
 }
 
 TempDir::~TempDir() {
@@ -98,9 +90,8 @@ TempDir::~TempDir() {
 std::filesystem::path MakeStore(const TempDir& dir, bool withSample, const std::string& name) {
   if (TestEngineIsPostgres()) {
     const std::string uri =
-        Engine().databases.emplace_back(store::postgres::CreateDatabaseForTesting(withSample));
-    // The component's default store is brindleway.mdb in its folder; a database it finds
-    // through the ini file there.
+        engine.databases.emplace_back(store::postgres::CreateDatabaseForTesting(withSample));
+    // The default store of a component in `dir` is the database the ini file there names.
     if (name == "brindleway.mdb") {
       std::ofstream(dir / (platform::App::EXEName() + ".ini")) << "[brindleway]\nDbPath=" << uri;
     }
