@@ -1,5 +1,4 @@
-// Stores filled in bulk: the Integer status at its limit, and the work of each method, which
-// must not grow with the store.
+// Stores filled in bulk: the Integer status at its limit, and work that must not grow with them.
 #include <functional>
 
 #include "store/sqlite/statement.h"
@@ -16,12 +15,9 @@ std::string Numbers(int count) {
 
 using SaleLimitsTest = ShopTest;
 
-// One method for each road a count takes (rows into a list, rows into out-parameters, a
-// recordset handed over, rows deleted): 32767 rows are counted; at 32768 the narrowing fails
-// before any list, separator or out-parameter is touched, and the rows that RemoveFromBasket
-// deleted stay deleted. Customer 18 gets the shipped orders and order 1 the
-// basket rows; the stored query OrdersWithNames is redefined to give an order the id of its
-// customer, so that OrderDetail meets them all for one id.
+// Each road a count takes: at 32768 rows the narrowing fails before any list, separator or
+// out-parameter is touched; rows RemoveFromBasket deleted stay deleted. Customer 18 has the
+// orders, order 1 the basket; OrdersWithNames gives an order its customer's id for OrderDetail.
 TEST_F(SaleLimitsTest, CountsAnswer32767AndOverflowAt32768) {
   Sql("INSERT INTO Orders (CustomerId, OrderDate, DeliveryDate, Delivery)" + Numbers(32767) +
       "SELECT 18, '1999-03-14 00:00:00', '1999-03-20 00:00:00', 1 FROM n;" +
@@ -74,8 +70,7 @@ TEST_F(SaleLimitsTest, CountsAnswer32767AndOverflowAt32768) {
   EXPECT_EQ(Scalar("SELECT count(*) FROM OrderBasket WHERE OrderId = 1"), "0");
 }
 
-// The steps of each of `calls` on a fresh store of `orders` orders of other customers (three
-// basket lines each, of other products) beside the three orders of customer 900 under test.
+// The steps of each call beside `orders` orders of other customers and products.
 std::vector<std::uint64_t> StepsPerCall(int orders, const std::vector<MethodCall>& calls) {
   TempDir dir;
   auto file = MakeStore(dir, false);
@@ -107,10 +102,8 @@ std::vector<std::uint64_t> StepsPerCall(int orders, const std::vector<MethodCall
   return steps;
 }
 
-// Every method runs once on a store of 1,000 orders and once on one of 10,000, and the
-// engine's virtual-machine steps of the two calls are compared. A method that reads a whole
-// table (a dynaset that loads every row identity, a scan without an index) takes ten times the
-// steps on the larger store and fails here, however fast the machine. SQLite only.
+// The engine's steps of each method on 1,000 orders and on 10,000: reading a whole table (a
+// dynaset of every row identity, a scan without an index) takes ten times more. SQLite only.
 TEST(StoreGrowthTest, NoMethodDoesMoreWorkOnATenTimesLargerStore) {
   const auto calls = StoreMethodCalls({900, 100'001, 90, 7, "Probe Lantern", 100'002, 100'003});
   const auto small = StepsPerCall(1'000, calls), large = StepsPerCall(10'000, calls);
