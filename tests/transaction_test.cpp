@@ -137,15 +137,14 @@ TEST(OrderKeyTest, KeysComeAtAddNewAndAreNotReusedAfterARefusal) {
     SCOPED_TRACE(key);
     TempDir dir;
     auto file = dir / "brindleway.mdb";
-    const std::string schema =
-        "CREATE TABLE Customers (CustomerId INTEGER PRIMARY KEY, FirstName TEXT, LastName TEXT);"
-        "CREATE TABLE Orders (OrderId " +
-        std::string(key) +
-        ", CustomerId INTEGER REFERENCES Customers(CustomerId), OrderDate DATETIME,"
-        " DeliveryDate DATETIME, Delivery SMALLINT, Description TEXT);"
-        "INSERT INTO Customers VALUES (1, 'Ada', 'Moss');"
-        "INSERT INTO Orders (OrderId, CustomerId, Delivery) VALUES (5, 1, 0);";
-    SqlRows(file, schema);
+    SqlRows(file,
+            "CREATE TABLE Customers (CustomerId INTEGER PRIMARY KEY, FirstName TEXT, "
+            "LastName TEXT); CREATE TABLE Orders (OrderId " +
+                std::string(key) +
+                ", CustomerId INTEGER REFERENCES Customers(CustomerId), OrderDate DATETIME, "
+                "DeliveryDate DATETIME, Delivery SMALLINT, Description TEXT);"
+                "INSERT INTO Customers VALUES (1, 'Ada', 'Moss');"
+                "INSERT INTO Orders (OrderId, CustomerId, Delivery) VALUES (5, 1, 0);");
     ASSERT_FALSE(HasFailure());
     platform::App::SetPath(dir.path().string());
     brindleway shop;
