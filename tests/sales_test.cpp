@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <iostream>
 #include <map>
 #include <optional>
 #include <random>
@@ -182,7 +181,7 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
   const auto file = MakeSalesStore(dir);
   ASSERT_FALSE(HasFailure());
   Model model;
-  int underWay = 0, landed = 0;
+  int landed = 0;  // calls under way found stored whole
   for (int round = 1; round <= kills; ++round) {
     SCOPED_TRACE("kill " + std::to_string(round) + ", seed " + std::to_string(seed) +
                  " (BRINDLEWAY_CRASH_SEED)");
@@ -211,7 +210,6 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
     const std::optional<Call> pending = model.Replay(said);
     ASSERT_FALSE(HasFailure());
     ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << "child status " << status;
-    underWay += pending.has_value();
 
     ASSERT_EQ(SqlScalar(file, "PRAGMA integrity_check"), "ok");
     ASSERT_EQ(SqlScalar(file, "PRAGMA foreign_key_check"), "no row");
@@ -229,9 +227,7 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
     model = whole;
     ++landed;
   }
-  std::cout << kills << " kills, " << underWay << " kills with a call under way (" << landed
-            << " of those calls found stored whole), " << model.orders.size() << " orders and "
-            << model.basket.size() << " basket rows" << std::endl;
+  EXPECT_TRUE(landed > 0 || kills < 20) << "no kill fell between a commit and its answer";
 }
 
 // What kThreads sellers at once, for the customers from `first` on, said.
