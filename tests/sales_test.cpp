@@ -93,26 +93,27 @@ void Sell(Long customer, int sales, const Say& say) {
   }
 }
 
-// What the store must hold, row by row as OrdersAndBasket reads them.
+// What the store must hold, row by row as OrdersAndBasket reads them: orders under (0, order),
+// basket rows under (order, product).
 struct Model {
-  std::map<Long, SqlRow> orders;
-  std::map<std::pair<Long, Long>, SqlRow> basket;  // by order and product
+  std::map<std::pair<Long, Long>, SqlRow> rows;
 
   void Apply(const Call& call, Long key) {
     const Long order = call[0] == "start" ? key : std::stol(call[1]);
     if (call[0] == "start") {
-      EXPECT_FALSE(orders.contains(key)) << "the key " << key << " was given twice";
-      orders[order] = {std::to_string(key), call[1], call[2] + " 00:00:00", "NULL", "0", call[3]};
+      EXPECT_FALSE(rows.contains({0, key})) << "the key " << key << " was given twice";
+      rows[{0, key}] = {std::to_string(key), call[1], call[2] + " 00:00:00", "NULL", "0", call[3]};
     } else if (call[0] == "buy" || call[0] == "modify") {
-      basket[{order, std::stol(call[2])}] = {call[1], call[2], call[3]};
+      rows[{order, std::stol(call[2])}] = {call[1], call[2], call[3]};
     } else if (call[0] == "remove") {
-      basket.erase({order, std::stol(call[2])});
+      rows.erase({order, std::stol(call[2])});
     } else if (call[0] == "ship") {
-      orders.at(order)[3] = call[2] + " 00:00:00";
-      orders.at(order)[4] = "1";
+      rows.at({0, order})[3] = call[2] + " 00:00:00";
+      rows.at({0, order})[4] = "1";
     } else if (call[0] == "delete") {
-      orders.erase(order);
-      std::erase_if(basket, [&](const auto& row) { return row.first.first == order; });
+      std::erase_if(rows, [&](const auto& row) {
+        return row.first.first == order || row.first == std::pair<Long, Long>(0, order);
+      });
     }
   }
   // Applies the calls acknowledged in `said`; answers the one under way, if any.
@@ -129,10 +130,9 @@ struct Model {
     return pending;
   }
   std::vector<SqlRow> Rows() const {
-    std::vector<SqlRow> rows;
-    for (const auto& [id, row] : orders) rows.push_back(row);
-    for (const auto& [id, row] : basket) rows.push_back(row);
-    return rows;
+    std::vector<SqlRow> all;
+    for (const auto& [key, row] : rows) all.push_back(row);
+    return all;
   }
 };
 
@@ -146,16 +146,15 @@ std::string Difference(std::vector<SqlRow> expected, std::vector<SqlRow> stored)
          "\n  extra: " + ::testing::PrintToString(extra);
 }
 
-// A store with five products and a customer for each seller, 31 on.
+// A store with five products and a customer for each seller, 31 to 38.
 std::filesystem::path MakeSalesStore(const TempDir& dir) {
   auto file = MakeStore(dir, false);
-  std::string sql =
-      "INSERT INTO Products VALUES (51, 'Lamp', 'Luxa', 24), (52, 'Rope', 'Knotwell', 7.5), "
-      "(53, 'Kettle', 'Boilo', 31), (54, 'Soap', 'Suds', 3.25), (55, 'Map', 'Terra', 12);";
-  for (int customer = 31; customer < 31 + 2 * kThreads; ++customer) {
-    sql += "INSERT INTO Customers VALUES (" + std::to_string(customer) + ", 'Ines', 'Varga');";
-  }
-  SqlRows(file, sql);
+  SqlRows(file,
+          "INSERT INTO Products VALUES (51, 'Lamp', 'Luxa', 24), (52, 'Rope', 'Knotwell', 7.5), "
+          "(53, 'Kettle', 'Boilo', 31), (54, 'Soap', 'Suds', 3.25), (55, 'Map', 'Terra', 12);"
+          "INSERT INTO Customers VALUES (31, 'Ines', 'Varga'), (32, 'Tomo', 'Reyes'), "
+          "(33, 'Ola', 'Brandt'), (34, 'Ned', 'Kahl'), (35, 'Ida', 'Moen'), (36, 'Uri', 'Sato'), "
+          "(37, 'Eve', 'Lund'), (38, 'Abe', 'Ruiz');");
   return file;
 }
 
