@@ -1,31 +1,25 @@
-// Randomized sales: long runs of the order and basket methods on a fresh sample store, every
-// answer checked against a small in-memory model of the orders and their baskets (status, exact
-// ReturnMsg, collections, out-parameters, the caller's Variants). The seed is fixed;
-// BRINDLEWAY_MODEL_SEED and BRINDLEWAY_MODEL_STEPS change it and the length of a run.
-#include <gtest/gtest.h>
-
+// Long random runs of the order and basket methods on a sample store, every answer checked
+// against an in-memory model. BRINDLEWAY_MODEL_SEED and BRINDLEWAY_MODEL_STEPS override the run.
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <map>
 #include <optional>
 #include <random>
+#include <set>
 
-#include <brindleway/brindleway.h>
-#include <brindleway/hooks.h>
-#include "tests/support/test_support.h"
+#include "tests/support/shop_fixture.h"
 
 namespace brindlewayProj::testing {
 namespace {
 
 using std::to_string;
+using Text = std::optional<String>;  // none for Null, and for empty and blank texts
 
 struct Order {
   Long customer;
   std::optional<Date> ordered, delivered;
   Integer delivery;
-  std::optional<String> description;
+  Text description;
 };
 struct BasketRow {
   Long order, product, quantity;
@@ -38,23 +32,13 @@ std::optional<Date> StoredDate(const std::string& text) {
   const Date date{DateSerial(y, mo, d).serial + TimeSerial(h, mi, s).serial};
   return date.serial == 0 ? std::nullopt : std::optional(date);
 }
-// A stored text as the readers see it: Null, empty and blank texts have no value.
-std::optional<String> StoredText(const std::string& text) {
-  return text == "NULL" || Trim(text).empty() ? std::nullopt : std::optional(text);
+Text StoredText(const std::string& text) {
+  return text == "NULL" || Trim(text).empty() ? std::nullopt : Text(text);
 }
 // A date as the listings write it; no date is "<Empty>".
-String Text(std::optional<Date> date) { return date ? CStr(Variant(*date)) : "<Empty>"; }
-String Msg(const char* level, const String& method, const String& text) {
-  return "<" + String(level) + ": brindleway." + method + "> " + text;
-}
-String Found(const String& method, std::size_t rows) {
-  return rows == 0 ? Msg("CompWarning", method, "Did not find any records")
-                   : Msg("CompInfo", method, "Found " + to_string(rows) + " records");
-}
-String RelatedRecordRequired(const String& table) {
-  return "You cannot add or change a record because a related record is required in table '" +
-         table + "'.";
-}
+String Listed(std::optional<Date> date) { return date ? CStr(Variant(*date)) : "<Empty>"; }
+const String kRelated =
+    "You cannot add or change a record because a related record is required in table '";
 
 // A caller's collection kept across calls, with what it should hold.
 struct KeptList {
@@ -66,8 +50,7 @@ class ModelSaleTest : public ::testing::Test {
  protected:
   ModelSaleTest() : file_(MakeStore(dir_)) {
     shop_ = std::make_unique<brindleway>();
-    // Beside the samples, rows no method writes: Null and empty names, padded and blank texts,
-    // a Null order date and the zero date.
+    // Beside the samples: Null and empty names, padded and blank texts, no date, the zero date.
     SqlRows(
         file_,
         "INSERT INTO Customers VALUES (90, ' Ann', NULL);"
@@ -78,7 +61,7 @@ class ModelSaleTest : public ::testing::Test {
     for (auto& c : SqlRows(file_, "SELECT CustomerId, FirstName, LastName FROM Customers"))
       customers_[std::stoi(c[0])] = {StoredText(c[1]), StoredText(c[2])};
     for (auto& p : SqlRows(file_, "SELECT ProductId, ProductName FROM Products"))
-      products_[std::stoi(p[0])] = p[1] == "NULL" ? std::nullopt : std::optional(p[1]);
+      products_[std::stoi(p[0])] = p[1] == "NULL" ? std::nullopt : Text(p[1]);
     for (auto& o : SqlRows(file_, "SELECT * FROM Orders")) {
       orders_[std::stoi(o[0])] = {std::stoi(o[1]), StoredDate(o[2]), StoredDate(o[3]),
                                   Integer(std::stoi(o[4])), StoredText(o[5])};
@@ -95,20 +78,34 @@ class ModelSaleTest : public ::testing::Test {
   auto AnyKey(const Map& map) {
     return std::next(map.begin(), Roll(map.size()))->first;
   }
-  // The status and the message of the call under way, of level `level` with `text`.
-  void Expect(Integer status, Integer expected, const char* level, const String& text) {
-    EXPECT_EQ(status, expected) << msg_;
-    EXPECT_EQ(msg_, Msg(level, method_, text));
-  }
-  // The status and message of a reader that found `rows`.
-  void ExpectFound(Integer status, std::size_t rows) {
-    EXPECT_EQ(status, Integer(rows)) << msg_;
-    EXPECT_EQ(msg_, Found(method_, rows));
-  }
-  // Names the call under way in the messages it is checked against and in a failure.
   ::testing::ScopedTrace Call(const String& method, const String& arguments) {
     method_ = method;
     return ::testing::ScopedTrace(__FILE__, __LINE__, method + " " + arguments);
+  }
+  void Expect(Integer status, Integer expected, const char* level, const String& text) {
+    failedInTransaction_ = failedInTransaction_ || (saved_ && expected == -1);
+    EXPECT_EQ(status, expected) << msg_;
+    EXPECT_EQ(msg_, "<" + String(level) + ": brindleway." + method_ + "> " + text);
+  }
+  // The status and message of a reader that found `rows`.
+  void ExpectFound(Integer status, std::size_t rows) {
+    if (rows == 0) return Expect(status, 0, "CompWarning", "Did not find any records");
+    Expect(status, Integer(rows), "CompInfo", "Found " + to_string(rows) + " records");
+  }
+  // A list holds the rows found, else what it held; Nothing fails on the first row found.
+  bool ExpectList(KeptList& kept, const std::vector<String>& rows, bool ordered,
+                  const std::function<Integer(std::shared_ptr<Collection>&)>& call) {
+    std::shared_ptr<Collection> nothing;
+    if (Chance(4) && !rows.empty()) {
+      Expect(call(nothing), -1, "CompError", "Object variable or With block variable not set");
+      return false;
+    }
+    ExpectFound(call(rows.empty() && Chance(4) ? nothing : kept.list), rows.size());
+    if (!rows.empty()) kept.expected = rows;
+    std::vector<String> entries = Entries(kept.list), expected = kept.expected;
+    if (!ordered) std::ranges::sort(entries), std::ranges::sort(expected);
+    EXPECT_EQ(entries, expected);
+    return true;
   }
   // Mostly a stored order; else one deleted before or one that never was.
   Long PickOrder() {
@@ -136,26 +133,26 @@ class ModelSaleTest : public ::testing::Test {
     return rows;
   }
 
-  // On PostgreSQL rows come in the order of their places in the table, which deletes and
-  // updates reshuffle, not in the order they were added: of several rows of one order and
-  // product, one changed, and the rows take the quantities in the store's order.
+  // On PostgreSQL rows come in their places in the table, not as added: of several rows of a
+  // pair one changed, and the rows take the quantities in the order the workspace reads them.
   void FollowTheStore(const std::vector<BasketRow*>& rows, Long quantity) {
-    std::vector<Long> stored, before;
-    for (auto& row : SqlRows(file_, "SELECT Quantity FROM OrderBasket WHERE OrderId = " +
-                                        to_string(rows[0]->order) + " AND ProductId = " +
-                                        to_string(rows[0]->product)))
-      stored.push_back(std::stol(row[0]));
-    for (const BasketRow* row : rows) before.push_back(row->quantity);
-    auto after = stored;
-    ASSERT_NE(std::ranges::find(after, quantity), after.end());
-    after.erase(std::ranges::find(after, quantity));
-    std::ranges::sort(after), std::ranges::sort(before);
-    ASSERT_TRUE(std::ranges::includes(before, after)) << "another row than one changed";
-    for (std::size_t i = 0; i < rows.size(); ++i) rows[i]->quantity = stored[i];
+    auto database = dao::DBEngine().Workspaces(0)->OpenDatabase(file_.string());
+    auto stored = database->OpenRecordset(
+        "Select [Quantity] From [OrderBasket] Where [OrderId] = " + to_string(rows[0]->order) +
+        " And [ProductId] = " + to_string(rows[0]->product));
+    std::multiset<Long> before, after;
+    for (BasketRow* row : rows) {
+      before.insert(row->quantity);
+      after.insert(row->quantity = CLng(stored->Fields()->Item(Long(0))->Value()));
+      stored->MoveNext();
+    }
+    ASSERT_TRUE(after.contains(quantity));
+    after.erase(after.find(quantity));
+    EXPECT_TRUE(std::ranges::includes(before, after)) << "another row than one changed";
   }
 
-  // Conversions come before the store sees the row, so a bad value fails before an unknown
-  // customer; only the Update that the store refuses has handed the key to the caller already.
+  // A bad value fails before the store sees the row; a row the store refuses has its key
+  // already, which is never stored for another order.
   void StartNewOrder() {
     const String descriptions[] = {"Gift wrap", "  Leave at the door ", "   ", ""};
     const Variant deliveries[] = {Integer(0),  Integer(1),      Integer(2),
@@ -182,8 +179,9 @@ class ModelSaleTest : public ::testing::Test {
                  : shop_->StartNewOrder(msg_, key, customer, orderDate, deliveryDate, delivery);
     const String error = dateKind == 9 ? "Type mismatch" : failures[deliveryKind];
     if (!error.empty() || !customers_.contains(customer)) {
-      Expect(status, -1, "CompError", error.empty() ? RelatedRecordRequired("Customers") : error);
+      Expect(status, -1, "CompError", error.empty() ? kRelated + "Customers'." : error);
       EXPECT_TRUE(error.empty() ? key > lastKey_ : key == -5) << "key " << key;
+      if (error.empty()) lastKey_ = key;
       return;
     }
     Expect(status, 0, "CompInfo", "Success");
@@ -192,8 +190,7 @@ class ModelSaleTest : public ::testing::Test {
     EXPECT_EQ(IsMissing(description) ? "-" : CStr(description), describe ? stored : "-");
     lastKey_ = key;
     orders_[key] = {customer, ordered, deliver ? std::optional(deliveredOn) : std::nullopt,
-                    CInt(delivery),
-                    describe && !stored.empty() ? std::optional(stored) : std::nullopt};
+                    CInt(delivery), describe && !stored.empty() ? Text(stored) : std::nullopt};
   }
 
   void ProductToBuy() {
@@ -203,14 +200,13 @@ class ModelSaleTest : public ::testing::Test {
     const Integer status = shop_->ProductToBuy(msg_, order, product, quantity);
     if (!orders_.contains(order) || !products_.contains(product)) {
       return Expect(status, -1, "CompError",
-                    RelatedRecordRequired(orders_.contains(order) ? "Products" : "Orders"));
+                    kRelated + (orders_.contains(order) ? "Products'." : "Orders'."));
     }
     Expect(status, 0, "CompInfo", "Success");
     basket_.push_back({order, product, quantity});
   }
 
-  // Of several rows of one order and product the first one added changes. A text is trimmed in
-  // the caller's Variant; a value that is no number fails only when there is a row to change.
+  // The first row added of the pair changes; a text is trimmed in the caller's Variant.
   void ModifyOrderQuantity() {
     Long order = PickBasketOrder(), product = PickProduct(order), number = Roll(20);
     const std::tuple<Variant, std::optional<Long>, String> values[] = {
@@ -236,16 +232,6 @@ class ModelSaleTest : public ::testing::Test {
     rows[0]->quantity = *quantity;
   }
 
-  void RemoveFromBasket() {
-    Long order = PickBasketOrder(), product = PickProduct(order);
-    auto trace = Call("RemoveFromBasket", to_string(order) + "/" + to_string(product));
-    const Integer status = shop_->RemoveFromBasket(msg_, order, product);
-    const auto removed = std::erase_if(
-        basket_, [&](const BasketRow& r) { return r.order == order && r.product == product; });
-    if (removed == 0) Expect(status, 0, "CompError", "No records found");
-    if (removed > 0) Expect(status, removed, "CompInfo", to_string(removed) + " records deleted");
-  }
-
   // The zero date leaves the stored delivery date alone; Delivery is always written.
   void BuyAnOrder() {
     Long order = PickOrder();
@@ -261,13 +247,20 @@ class ModelSaleTest : public ::testing::Test {
     found->second.delivery = delivery;
   }
 
-  // The order's basket rows go with it.
-  void DeleteAnOrder() {
-    Long order = PickOrder();
-    auto trace = Call("DeleteAnOrder", to_string(order));
-    const Integer status = shop_->DeleteAnOrder(msg_, order);
-    if (orders_.erase(order) == 0) return Expect(status, 0, "CompError", "No records found");
-    Expect(status, 1, "CompInfo", "1 records deleted");
+  // RemoveFromBasket takes the rows of one product, DeleteAnOrder the order and its basket.
+  void Delete(bool wholeOrder) {
+    Long order = wholeOrder ? PickOrder() : PickBasketOrder(), product = PickProduct(order);
+    auto trace = Call(wholeOrder ? "DeleteAnOrder" : "RemoveFromBasket",
+                      to_string(order) + (wholeOrder ? "" : "/" + to_string(product)));
+    const Integer status = wholeOrder ? shop_->DeleteAnOrder(msg_, order)
+                                      : shop_->RemoveFromBasket(msg_, order, product);
+    const std::size_t removed =
+        wholeOrder ? orders_.erase(order) : std::erase_if(basket_, [&](auto& r) {
+          return r.order == order && r.product == product;
+        });
+    if (removed == 0) return Expect(status, 0, "CompError", "No records found");
+    Expect(status, Integer(removed), "CompInfo", to_string(removed) + " records deleted");
+    if (!wholeOrder) return;
     std::erase_if(basket_, [&](const BasketRow& r) { return r.order == order; });
     deleted_.push_back(order);
   }
@@ -275,22 +268,17 @@ class ModelSaleTest : public ::testing::Test {
   // BasketList in name order, GetOrderedProducts each name once in any order.
   void NameList(bool distinct) {
     Long order = PickBasketOrder();
-    std::vector<std::optional<String>> stored;  // sorted with Null first
+    std::vector<Text> stored;  // sorted with Null first
     for (auto* row : RowsOf(order)) stored.push_back(products_[row->product]);
     std::ranges::sort(stored);
     if (distinct) stored.erase(std::unique(stored.begin(), stored.end()), stored.end());
     std::vector<String> names;
     for (auto& name : stored) names.push_back(name.value_or("<Empty>"));
-    if (distinct) std::ranges::sort(names);  // in any order: compared as sorted texts
-    KeptList& kept = distinct ? productList_ : basketList_;
     auto trace = Call(distinct ? "GetOrderedProducts" : "BasketList", to_string(order));
-    ExpectFound(distinct ? shop_->GetOrderedProducts(msg_, kept.list, order)
-                         : shop_->BasketList(msg_, kept.list, order),
-                names.size());
-    if (!names.empty()) kept.expected = names;
-    std::vector<String> entries = Entries(kept.list);
-    if (distinct) std::ranges::sort(entries);
-    EXPECT_EQ(entries, kept.expected);
+    ExpectList(distinct ? productList_ : basketList_, names, !distinct, [&](auto& list) {
+      return distinct ? shop_->GetOrderedProducts(msg_, list, order)
+                      : shop_->BasketList(msg_, list, order);
+    });
   }
 
   // The distinct quantities of the pair; the first row added gives the one read.
@@ -308,15 +296,8 @@ class ModelSaleTest : public ::testing::Test {
     }
   }
 
-  void BasketTable() {
-    Long order = PickBasketOrder();
-    std::shared_ptr<dao::Recordset> table;
-    auto trace = Call("BasketTable", to_string(order));
-    ExpectFound(shop_->BasketTable(msg_, table, order), RowsOf(order).size());
-  }
-
-  // Kind 0 lists all orders of a customer, newest first; 1 the open ones, in any order; 2 the
-  // shipped ones with their delivery date, newest first. An empty separator becomes ", ".
+  // All orders of a customer newest first, the open ones in any order, the shipped ones newest
+  // first with their delivery date. An empty separator becomes ", ".
   void Listing(int kind) {
     const String separators[] = {", ", " | ", ""};
     Long customer = PickCustomer();
@@ -325,30 +306,46 @@ class ModelSaleTest : public ::testing::Test {
     std::vector<std::pair<double, String>> rows;
     for (auto& [key, o] : orders_) {
       if (o.customer != customer || (kind > 0 && o.delivery != kind - 1)) continue;
-      String text = to_string(key) + used + Text(o.ordered);
-      if (kind == 2) text += used + Text(o.delivered);
+      String text = to_string(key) + used + Listed(o.ordered);
+      if (kind == 2) text += used + Listed(o.delivered);
       rows.push_back(
           {o.ordered.value_or(Date{-1e6}).serial, text + used + o.description.value_or("<Empty>")});
     }
     std::ranges::stable_sort(rows, std::greater{}, &std::pair<double, String>::first);
-    KeptList& kept = lists_[kind];
-    if (!rows.empty()) kept.expected.clear();
-    for (auto& row : rows) kept.expected.push_back(row.second);
+    std::vector<String> texts;
+    for (auto& row : rows) texts.push_back(row.second);
     const char* methods[] = {"ListOfOrders", "ListOpenOrders", "ListShippedOrders"};
     auto trace = Call(methods[kind], to_string(customer) + " with '" + given + "'");
     Integer ignored = 1;
-    ExpectFound(kind == 0   ? shop_->ListOfOrders(msg_, kept.list, separator, customer)
-                : kind == 1 ? shop_->ListOpenOrders(msg_, kept.list, separator, customer, ignored)
-                            : shop_->ListShippedOrders(msg_, kept.list, separator, customer),
-                rows.size());
-    EXPECT_EQ(separator, rows.empty() ? given : used);
+    const bool listed = ExpectList(lists_[kind], texts, kind != 1, [&](auto& list) {
+      return kind == 0   ? shop_->ListOfOrders(msg_, list, separator, customer)
+             : kind == 1 ? shop_->ListOpenOrders(msg_, list, separator, customer, ignored)
+                         : shop_->ListShippedOrders(msg_, list, separator, customer);
+    });
+    EXPECT_TRUE(!listed || separator == (rows.empty() ? given : used)) << separator;
     EXPECT_EQ(ignored, 1) << "ListOpenOrders wrote its Delivery";
-    std::vector<String> entries = Entries(kept.list), expected = kept.expected;
-    if (kind == 1) {
-      std::ranges::sort(entries);
-      std::ranges::sort(expected);
+  }
+
+  // A client's own transaction around the calls, failing ones included: lasting only on commit,
+  // undone by rollback (the keys handed out stay used).
+  void ClientTransaction() {
+    auto workspace = dao::DBEngine().Workspaces(0);
+    auto trace = Call(saved_ ? "the client's transaction" : "BeginTrans", "");
+    if (!saved_) {
+      workspace->BeginTrans();
+      saved_ = {orders_, basket_, OrdersAndBasket(file_)};
+      return;
     }
-    EXPECT_EQ(entries, expected);
+    EXPECT_EQ(OrdersAndBasket(file_), std::get<2>(*saved_)) << "changes lasting too early";
+    if (Chance(50)) {
+      workspace->CommitTrans();
+    } else {
+      workspace->Rollback();
+      std::tie(orders_, basket_, std::ignore) = *saved_;
+    }
+    saved_.reset();
+    failedInTransaction_ = false;
+    EXPECT_THROW(workspace->Rollback(), platform::Error) << "a transaction stayed open";
   }
 
   // Fields without a value leave the caller's variables as they were.
@@ -361,18 +358,18 @@ class ModelSaleTest : public ::testing::Test {
     const Integer status = shop_->OrderDetail(msg_, customer, first, last, ordered, delivered,
                                               delivery, description, order);
     const auto found = orders_.find(order);
-    const Order* o = found == orders_.end() ? nullptr : &found->second;
-    ExpectFound(status, o ? 1 : 0);
+    ExpectFound(status, found != orders_.end());
     using Outs = std::tuple<Long, String, String, String, String, Integer, String>;
-    Outs expected{-1, "f", "l", Text(Date{1}), Text(Date{2}), -9, "d"};
-    if (o) {
+    Outs expected{-1, "f", "l", Listed(Date{1}), Listed(Date{2}), -9, "d"};
+    if (const Order* o = found == orders_.end() ? nullptr : &found->second) {
       const auto& [firstName, lastName] = customers_.at(o->customer);
       expected = Outs(o->customer, firstName.value_or("f"), lastName.value_or("l"),
-                      Text(o->ordered.value_or(Date{1})), Text(o->delivered.value_or(Date{2})),
+                      Listed(o->ordered.value_or(Date{1})), Listed(o->delivered.value_or(Date{2})),
                       o->delivery, o->description.value_or("d"));
     }
-    EXPECT_EQ(Outs(customer, first, last, Text(ordered), Text(delivered), delivery, description),
-              expected);
+    EXPECT_EQ(
+        Outs(customer, first, last, Listed(ordered), Listed(delivered), delivery, description),
+        expected);
   }
 
   ComponentFolder dir_;
@@ -380,14 +377,17 @@ class ModelSaleTest : public ::testing::Test {
   std::unique_ptr<brindleway> shop_;
   String msg_, method_;
   std::mt19937 random_;
-  std::map<Long, std::pair<std::optional<String>, std::optional<String>>> customers_;
-  std::map<Long, std::optional<String>> products_;  // Null names are none
+  std::map<Long, std::pair<Text, Text>> customers_;  // first and last name
+  std::map<Long, Text> products_;                    // Null names are none
   std::map<Long, Order> orders_;
   std::vector<BasketRow> basket_;  // in the order the rows were added
   std::vector<Long> deleted_;
   Long lastKey_ = 0;
   int days_ = 0;
   KeptList basketList_, productList_, lists_[3];
+  // At the client's BeginTrans: the orders, the basket, and the rows stored.
+  std::optional<std::tuple<decltype(orders_), decltype(basket_), std::vector<SqlRow>>> saved_;
+  bool failedInTransaction_ = false;
 };
 
 TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
@@ -396,18 +396,22 @@ TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
   const unsigned seed = seedText ? std::stoul(seedText) : 20260701u;
   const int steps = stepsText ? std::stoi(stepsText) : 1500;
   random_.seed(seed);
-  const double weights[] = {10, 18, 7, 6, 7, 3, 7, 5, 6, 4, 6, 5, 5, 6};
+  const double weights[] = {10, 18, 7, 6, 7, 3, 7, 5, 6, 2, 6, 5, 5, 6};
   const std::function<void()> calls[] = {
-      [&] { StartNewOrder(); },    [&] { ProductToBuy(); }, [&] { ModifyOrderQuantity(); },
-      [&] { RemoveFromBasket(); }, [&] { BuyAnOrder(); },   [&] { DeleteAnOrder(); },
-      [&] { NameList(false); },    [&] { NameList(true); }, [&] { QuantityOrdered(); },
-      [&] { BasketTable(); },      [&] { Listing(0); },     [&] { Listing(1); },
-      [&] { Listing(2); },         [&] { OrderDetail(); }};
+      [&] { StartNewOrder(); },     [&] { ProductToBuy(); }, [&] { ModifyOrderQuantity(); },
+      [&] { Delete(false); },       [&] { BuyAnOrder(); },   [&] { Delete(true); },
+      [&] { NameList(false); },     [&] { NameList(true); }, [&] { QuantityOrdered(); },
+      [&] { ClientTransaction(); }, [&] { Listing(0); },     [&] { Listing(1); },
+      [&] { Listing(2); },          [&] { OrderDetail(); }};
   std::discrete_distribution<std::size_t> pick(std::begin(weights), std::end(weights));
   for (int step = 1; step <= steps && !HasFailure(); ++step) {
     SCOPED_TRACE("seed " + to_string(seed) + ", step " + to_string(step));
     calls[pick(random_)]();
+    // On PostgreSQL a failed call's savepoint takes a cursor the connection still counts open,
+    // and the next call inside the client's transaction fails: there it ends at a failure.
+    if (failedInTransaction_ && TestEngineIsPostgres()) ClientTransaction();
   }
+  if (saved_) dao::DBEngine().Workspaces(0)->Rollback();
   EXPECT_TRUE(dir_.boxes.shown().empty());
 }
 

@@ -1,15 +1,15 @@
-// Temporary folders, stores on either engine, straight SQL and message-box recording for the
-// tests.
+// Temporary folders, stores on either engine, straight SQL and message-box recording.
 #include "tests/support/test_support.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <stdlib.h>
 
-#include <cctype>
 #include <fstream>
 #include <cstdio>
+#include <cerrno>
 #include <cstdlib>
-#include <random>
+#include <system_error>
 #include <set>
 
 #include <brindleway/hooks.h>
@@ -22,9 +22,8 @@
 namespace brindlewayProj::testing {
 namespace {
 
-// Ends a PostgreSQL run without a server before any test, as skipped (exit code 77, which ctest
-// counts as a skip) or, where a server is required, as failed; and drops the databases the
-// tests made.
+// Ends a PostgreSQL run without a server before any test, as skipped (77 for ctest) or, where
+// one is required, failed; drops the databases the tests made.
 class EngineEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
@@ -44,15 +43,8 @@ class EngineEnvironment : public ::testing::Environment {
   std::vector<std::string> databases;
 };
 
-EngineEnvironment& Engine() {
-  static EngineEnvironment* const environment = [] {
-    auto* made = new EngineEnvironment;
-    ::testing::AddGlobalTestEnvironment(made);
-    return made;
-  }();
-  return *environment;
-}
-[[maybe_unused]] const EngineEnvironment& registered = Engine();
+EngineEnvironment& engine =
+    *static_cast<EngineEnvironment*>(::testing::AddGlobalTestEnvironment(new EngineEnvironment));
 
 // `sql` with the reference schema's names quoted where they stand bare.
 std::string QuoteSchemaNames(const std::string& sql) {
@@ -61,29 +53,18 @@ std::string QuoteSchemaNames(const std::string& sql) {
       "CustomerId", "FirstName", "LastName", "ProductId", "ProductName", "Vendor",
       "ProductPrice", "OrderId", "OrderDate", "DeliveryDate", "Delivery", "Description",
       "Quantity"};
+  static const std::string wordCharacters =
+      "_0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
   std::string quoted;
-  for (std::size_t i = 0; i < sql.size();) {
-    const char c = sql[i];
-    if (c == '\'' || c == '"') {  // a literal or a quoted name, copied as it is
-      const std::size_t end = std::min(sql.find(c, i + 1), sql.size() - 1);
-      quoted.append(sql, i, end + 1 - i);
-      i = end + 1;
-    } else if (std::isalpha(static_cast<unsigned char>(c))) {
-      std::size_t end = i;
-      while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) || sql[end] == '_')) ++end;
-      const std::string_view word(sql.data() + i, end - i);
-      if (names.contains(word)) {
-        quoted += '"';
-        quoted += word;
-        quoted += '"';
-      } else {
-        quoted += word;
-      }
-      i = end;
-    } else {
-      quoted += c;
-      ++i;
+  for (std::size_t i = 0, end = 0; i < sql.size(); i = end) {
+    if (sql[i] == '\'' || sql[i] == '"') {  // a literal or a quoted name, copied as it is
+      end = std::min(sql.find(sql[i], i + 1), sql.size() - 1) + 1;
+    } else {  // a word, or one other character
+      end = std::min(sql.find_first_not_of(wordCharacters, i), sql.size());
+      end = std::max(end, i + 1);
     }
+    const std::string_view piece(sql.data() + i, end - i);
+    quoted += names.contains(piece) ? '"' + std::string(piece) + '"' : std::string(piece);
   }
   return quoted;
 }
@@ -96,10 +77,9 @@ bool TestEngineIsPostgres() {
 }
 
 TempDir::TempDir() {
-  std::random_device seed;
-  std::mt19937_64 random(seed());
-  path_ = std::filesystem::temp_directory_path() / ("brindleway-test-" + std::to_string(random()));
-  std::filesystem::create_directories(path_);
+  std::string pattern = std::filesystem::temp_directory_path() / "brindleway-test-XXXXXX";
+  if (!mkdtemp(pattern.data())) throw std::system_error(errno, std::generic_category(), pattern);
+  path_ = pattern;
 }
 
 TempDir::~TempDir() {
@@ -110,9 +90,8 @@ TempDir::~TempDir() {
 std::filesystem::path MakeStore(const TempDir& dir, bool withSample, const std::string& name) {
   if (TestEngineIsPostgres()) {
     const std::string uri =
-        Engine().databases.emplace_back(store::postgres::CreateDatabaseForTesting(withSample));
-    // The component's default store is brindleway.mdb in its folder; a database it finds
-    // through the ini file there.
+        engine.databases.emplace_back(store::postgres::CreateDatabaseForTesting(withSample));
+    // The default store of a component in `dir` is the database the ini file there names.
     if (name == "brindleway.mdb") {
       std::ofstream(dir / (platform::App::EXEName() + ".ini")) << "[brindleway]\nDbPath=" << uri;
     }
@@ -146,18 +125,6 @@ std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string
   }
   sqlite3_close(db);
   return rows;
-}
-
-std::string JoinedRows(const std::filesystem::path& file, const std::string& sql) {
-  std::string text;
-  for (const SqlRow& row : SqlRows(file, sql)) {
-    if (!text.empty()) text += ' ';
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (i) text += ':';
-      text += row[i] == "NULL" ? "-" : row[i];
-    }
-  }
-  return text;
 }
 
 std::string SqlScalar(const std::filesystem::path& file, const std::string& sql) {

@@ -1,5 +1,4 @@
-// Test-only helpers shared by the test programs: temporary folders with real store files, SQL
-// run straight on a store file, and a message-box recorder.
+// Test-only helpers: temporary folders, stores, SQL run straight on a store, message boxes.
 #pragma once
 
 #include <filesystem>
@@ -25,26 +24,20 @@ class TempDir {
   std::filesystem::path path_;
 };
 
-// The engine the store tests run on: PostgreSQL when BRINDLEWAY_TEST_ENGINE is "postgres"
-// (ctest's postgres-labelled tests), else SQLite. Without a reachable server the PostgreSQL
-// tests skip, unless BRINDLEWAY_REQUIRE_ALL is set (as in CI), where they fail.
+// PostgreSQL when BRINDLEWAY_TEST_ENGINE is "postgres" (ctest's postgres label), else SQLite.
+// Without a server the PostgreSQL tests skip, or fail when BRINDLEWAY_REQUIRE_ALL is set.
 bool TestEngineIsPostgres();
 
-// Creates a store with the reference schema (and the sample data when asked): on SQLite the file
-// `name` in `dir`, on PostgreSQL a fresh database (dropped when the test program ends), named by
-// its connection URI; for the default name, the ini file in `dir` names that database, so
-// that a component in `dir` opens it as it would open brindleway.mdb there.
+// A store with the reference schema (and the sample data when asked): on SQLite the file `name`
+// in `dir`; on PostgreSQL a fresh database named by its URI, dropped at the end, which for the
+// default name the ini file in `dir` names, so that a component in `dir` opens it.
 std::filesystem::path MakeStore(const TempDir& dir, bool withSample = true,
                                 const std::string& name = "brindleway.mdb");
 
-// Runs `sql` (one or more statements) on a connection of its own, outside the component and its
-// transactions, and answers the rows it gives with every column as text ("NULL" for NULL). An
-// error fails the test. The reference schema's names may stand bare, as SQLite takes them; on
-// PostgreSQL, which would fold them to lower case, they are quoted first.
+// Runs `sql` (one or more statements) on a connection of its own and answers its rows as texts
+// ("NULL" for NULL); an error fails the test. The schema's names may stand bare on either engine.
 using SqlRow = std::vector<std::string>;
 std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string& sql);
-// The rows of `sql` in one text: fields joined by ':', rows by ' ', Null as '-'.
-std::string JoinedRows(const std::filesystem::path& file, const std::string& sql);
 // The first column of the first row of `sql`, or "no row".
 std::string SqlScalar(const std::filesystem::path& file, const std::string& sql);
 
@@ -66,8 +59,7 @@ class MessageBoxRecorder {
   std::vector<Shown> shown_;
 };
 
-// The component's folder for a test: a fresh folder that App.Path names, with US English dates
-// and the message boxes recorded; the defaults come back when it goes.
+// A fresh folder that App.Path names, with US English dates and message boxes recorded.
 class ComponentFolder : public TempDir {
  public:
   ComponentFolder();
