@@ -83,7 +83,6 @@ class ModelSaleTest : public ::testing::Test {
     return ::testing::ScopedTrace(__FILE__, __LINE__, method + " " + arguments);
   }
   void Expect(Integer status, Integer expected, const char* level, const String& text) {
-    failedInTransaction_ = failedInTransaction_ || (saved_ && expected == -1);
     EXPECT_EQ(status, expected) << msg_;
     EXPECT_EQ(msg_, "<" + String(level) + ": brindleway." + method_ + "> " + text);
   }
@@ -344,7 +343,6 @@ class ModelSaleTest : public ::testing::Test {
       std::tie(orders_, basket_, std::ignore) = *saved_;
     }
     saved_.reset();
-    failedInTransaction_ = false;
     EXPECT_THROW(workspace->Rollback(), platform::Error) << "a transaction stayed open";
   }
 
@@ -387,7 +385,6 @@ class ModelSaleTest : public ::testing::Test {
   KeptList basketList_, productList_, lists_[3];
   // At the client's BeginTrans: the orders, the basket, and the rows stored.
   std::optional<std::tuple<decltype(orders_), decltype(basket_), std::vector<SqlRow>>> saved_;
-  bool failedInTransaction_ = false;
 };
 
 TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
@@ -407,9 +404,6 @@ TEST_F(ModelSaleTest, RandomSalesAnswerAsTheModelSays) {
   for (int step = 1; step <= steps && !HasFailure(); ++step) {
     SCOPED_TRACE("seed " + to_string(seed) + ", step " + to_string(step));
     calls[pick(random_)]();
-    // On PostgreSQL a failed call's savepoint takes a cursor the connection still counts open,
-    // and the next call inside the client's transaction fails: there it ends at a failure.
-    if (failedInTransaction_ && TestEngineIsPostgres()) ClientTransaction();
   }
   if (saved_) dao::DBEngine().Workspaces(0)->Rollback();
   EXPECT_TRUE(dir_.boxes.shown().empty());

@@ -31,18 +31,29 @@ bool Queue(PGconn* db, const Request& request) {
 
 void Channel::Open(int level, std::vector<std::string> commands) {
   for (std::string& command : commands) queued_.emplace_back(level, std::move(command));
+  levels_.resize(static_cast<std::size_t>(level - 1));
+  levels_.push_back(++levelsOpened_);
 }
 
-bool Channel::Forget(int level) {
+bool Channel::End(int level, bool kept) {
   auto first = std::find_if(queued_.begin(), queued_.end(),
                             [&](const auto& command) { return command.first >= level; });
   const bool wasQueued = first != queued_.end() && first->first == level;
   queued_.erase(first, queued_.end());
+  levels_.resize(static_cast<std::size_t>(level));
+  if (kept && levels_.size() > 1) releasedInto_[levels_.back()] = levels_[levels_.size() - 2];
+  levels_.pop_back();
+  if (levels_.empty()) releasedInto_.clear();
   return wasQueued;
 }
 
-bool Channel::InTransaction() const {
-  return !queued_.empty() || PQtransactionStatus(db_) == PQTRANS_INTRANS;
+bool Channel::Holds(std::uint64_t level) const {
+  while (level != 0) {
+    if (std::find(levels_.begin(), levels_.end(), level) != levels_.end()) return true;
+    auto parent = releasedInto_.find(level);
+    level = parent == releasedInto_.end() ? 0 : parent->second;
+  }
+  return false;
 }
 
 PGresult* Channel::Send(std::initializer_list<Request> requests) {

@@ -6,6 +6,7 @@
 
 #include <libpq-fe.h>
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <unordered_map>
@@ -32,13 +33,20 @@ class Channel {
   explicit Channel(PGconn* db) : db_(db) {}
 
   PGconn* Db() const { return db_; }
-  // Queues the commands that open transaction level `level`, to go before the next request.
+  // Opens transaction level `level` (1: the transaction, then savepoints): its `commands` are
+  // queued to go before the next request.
   void Open(int level, std::vector<std::string> commands);
-  // Drops the queued opening of `level`, and of the levels inside it; whether it was queued,
-  // that is, the level never reached the server.
-  bool Forget(int level);
-  // Whether a transaction is open on the server or waits to be opened.
-  bool InTransaction() const;
+  // Ends the innermost level, `level`, kept (committed, released) or not; answers whether it
+  // never reached the server (its opening was still queued), so that nothing is to be sent.
+  bool End(int level, bool kept);
+  // Whether a transaction is open, on the server or waiting to be opened.
+  bool InTransaction() const { return !levels_.empty(); }
+  // The number of the innermost open level, what the server makes in it belongs to (a cursor,
+  // a row's new place); 0 outside a transaction.
+  std::uint64_t Level() const { return levels_.empty() ? 0 : levels_.back(); }
+  // Whether what was made in level `level` still stands: the level is open, or was released
+  // into one that is. A rolled-back level takes its cursors and changes with it.
+  bool Holds(std::uint64_t level) const;
   // Sends the queued commands and then `requests` in one round trip, and answers the result of
   // the last request (the caller clears it). The first failure raises its BackendError and
   // the requests after it are not run. When a queued opening of the transaction failed (the
@@ -53,6 +61,9 @@ class Channel {
 
   PGconn* db_;
   std::vector<std::pair<int, std::string>> queued_;  // level, command
+  std::vector<std::uint64_t> levels_;                // the open levels' numbers, outermost first
+  std::unordered_map<std::uint64_t, std::uint64_t> releasedInto_;  // savepoint -> its parent
+  std::uint64_t levelsOpened_ = 0;
   std::unordered_map<std::string, std::string> commands_;  // prepared: command -> name
 };
 

@@ -76,7 +76,7 @@ std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
     static thread_local std::uint64_t serving = 0;
     const std::string name =
         kept ? StatementName("s", statements_.Size()) : StatementName("once", ++serving);
-    return std::make_unique<PostgresStatement>(channel_, name, sql, transactions_);
+    return std::make_unique<PostgresStatement>(channel_, name, sql);
   });
 }
 
@@ -89,17 +89,14 @@ long long PostgresConnection::Execute(const std::string& sql, const std::vector<
 }
 
 void PostgresConnection::Begin(int level) {
-  if (level == 1) {
-    ++transactions_;
-    channel_.Open(level, kBeginCommands);
-  } else {
-    channel_.Open(level, {"SAVEPOINT " + SavepointName(level)});
-  }
+  channel_.Open(level, level == 1 ? kBeginCommands
+                                  : std::vector<std::string>{"SAVEPOINT " + SavepointName(level)});
 }
 
 void PostgresConnection::Commit(int level) {
-  if (channel_.Forget(level)) {
-    if (level == 1) moved_.clear();
+  if (level == 1) moved_.clear();
+  if (channel_.End(level, true)) {
+    return;  // the level never reached the server
   } else if (level == 1) {
     // COMMIT of a transaction that failed answers ROLLBACK without an error.
     PGresult* result = PQexec(db_, "COMMIT");
@@ -107,7 +104,6 @@ void PostgresConnection::Commit(int level) {
                             std::string_view(PQcmdStatus(result)) == "ROLLBACK";
     if (PQresultStatus(result) != PGRES_COMMAND_OK) Fail(db_, result);
     PQclear(result);
-    moved_.clear();
     if (rolledBack) throw BackendError(FailureKind::kOther, "The transaction was rolled back.");
   } else {
     Run(db_, ("RELEASE SAVEPOINT " + SavepointName(level)).c_str());
@@ -115,13 +111,11 @@ void PostgresConnection::Commit(int level) {
 }
 
 void PostgresConnection::Rollback(int level) {
-  if (channel_.Forget(level)) {
-    if (level == 1) moved_.clear();
-  } else if (PQtransactionStatus(db_) == PQTRANS_IDLE) {
-    return;  // no transaction is open any more
+  if (level == 1) moved_.clear();
+  if (channel_.End(level, false) || PQtransactionStatus(db_) == PQTRANS_IDLE) {
+    return;  // the level never reached the server, or the server ended it already
   } else if (level == 1) {
     Run(db_, "ROLLBACK");
-    moved_.clear();
   } else {
     Run(db_, ("ROLLBACK TO SAVEPOINT " + SavepointName(level) + "; RELEASE SAVEPOINT " +
               SavepointName(level))

@@ -59,10 +59,10 @@ class PostgresConnection : public Connection {
 
   PGconn* db_;
   Channel channel_;
-  std::uint64_t transactions_ = 0;  // transactions begun, for the statements' cursors
   StatementCache<PostgresStatement> statements_;
-  // table and ctid before an update -> ctid after, in the open transaction
-  std::unordered_map<std::string, RowId> moved_;
+  // Where this connection's updates moved rows in the open transaction: table and ctid before
+  // -> ctid after, and the level the update was made in.
+  std::unordered_map<std::string, std::pair<RowId, std::uint64_t>> moved_;
 };
 
 }  // namespace brindlewayProj::store::postgres

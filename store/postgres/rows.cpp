@@ -5,8 +5,9 @@
 // A ctid names where a row version lies, and an update writes a new version elsewhere. The
 // component edits rows inside its transactions, which hold the database's write lock, so no
 // one else moves them meanwhile; the connection remembers where its own updates moved rows
-// until the transaction ends. Only then may the server give an old place to another row, so
-// after an update outside a transaction the row is not found again by its old place.
+// until the transaction ends (or the savepoint of an update is rolled back, which moves the row
+// back). Only then may the server give an old place to another row, so after an update outside
+// a transaction the row is not found again by its old place.
 #include "store/postgres/connection.h"
 #include "store/row_sql.h"
 
@@ -26,7 +27,8 @@ RowId PostgresConnection::CurrentPlace(const SourceInfo& table, const RowId& row
   auto* place = std::get_if<std::string>(&row);
   if (!place) return row;
   auto found = moved_.find(PlaceKey(table, *place));
-  return found == moved_.end() ? row : found->second;
+  if (found == moved_.end() || !channel_.Holds(found->second.second)) return row;
+  return found->second.first;
 }
 
 std::optional<std::vector<SqlValue>> PostgresConnection::ReadRow(
@@ -46,8 +48,8 @@ long long PostgresConnection::UpdateRow(const SourceInfo& table, const RowId& ro
   statement->Bind(parameters);
   if (!statement->Step()) return 0;
   auto* place = std::get_if<std::string>(&row);
-  if (place && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
-    moved_[PlaceKey(table, *place)] = statement->Column(0);
+  if (place && channel_.InTransaction()) {
+    moved_[PlaceKey(table, *place)] = {statement->Column(0), channel_.Level()};
   }
   return 1;
 }

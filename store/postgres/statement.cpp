@@ -59,16 +59,14 @@ std::string FetchSql(int rows, const std::string& cursor) {
 
 }  // namespace
 
-PostgresStatement::PostgresStatement(Channel& channel, std::string name, const std::string& sql,
-                                     const std::uint64_t& transaction)
+PostgresStatement::PostgresStatement(Channel& channel, std::string name, const std::string& sql)
     : channel_(channel),
       db_(channel.Db()),
       name_(std::move(name)),
       sql_(sql),
       firstFetch_(FetchSql(kFirstFetch, name_ + "_cursor")),
       fetch_(FetchSql(kCursorBatch, name_ + "_cursor")),
-      wholeTable_(sql.starts_with("SELECT ctid, ") && sql.find(" WHERE ") == std::string::npos),
-      transaction_(transaction) {
+      wholeTable_(sql.starts_with("SELECT ctid, ") && sql.find(" WHERE ") == std::string::npos) {
   PGresult* prepared = PQprepare(db_, name_.c_str(), sql.c_str(), 0, nullptr);
   if (PQresultStatus(prepared) != PGRES_COMMAND_OK) Fail(db_, prepared);
   PQclear(prepared);
@@ -86,7 +84,7 @@ PostgresStatement::PostgresStatement(Channel& channel, std::string name, const s
 
 PostgresStatement::~PostgresStatement() {
   Reset();
-  if (cursorTransaction_ == transaction_ && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
+  if (channel_.Holds(cursorLevel_) && PQtransactionStatus(db_) == PQTRANS_INTRANS) {
     PQclear(PQexec(db_, ("CLOSE \"" + name_ + "_cursor\"").c_str()));
   }
   // A statement that served one holder alone goes from the server with it.
@@ -124,14 +122,15 @@ void PostgresStatement::Run() {
     return;
   }
   // The cursor is declared and its first rows fetched in one round trip, after the cursor of
-  // an earlier run in this transaction is closed; others ended with their transactions.
+  // an earlier run is closed while it stands; others ended with their transaction or with the
+  // savepoint that was rolled back.
   const std::string declare = PrepareDeclare(), close = "CLOSE \"" + name_ + "_cursor\"";
   const Request declaring = Request::Prepared(declare.c_str(), parameterCount_, parameters.data());
   const Request fetching = Request::Text(firstFetch_.c_str());
-  result_ = cursorTransaction_ == transaction_
+  result_ = channel_.Holds(cursorLevel_)
                 ? channel_.Send({Request::Text(close.c_str()), declaring, fetching})
                 : channel_.Send({declaring, fetching});
-  cursorTransaction_ = transaction_;
+  cursorLevel_ = channel_.Level();
   cursorOpen_ = PQntuples(result_) == kFirstFetch;
 }
 

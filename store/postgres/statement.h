@@ -16,10 +16,7 @@ namespace brindlewayProj::store::postgres {
 class PostgresStatement : public Statement {
  public:
   // Prepares `sql` on the server under `name`; a failure raises the statement's BackendError.
-  // `transaction` is the connection's count of transactions begun, which tells whether a
-  // cursor of an earlier run has ended with its transaction.
-  PostgresStatement(Channel& channel, std::string name, const std::string& sql,
-                    const std::uint64_t& transaction);
+  PostgresStatement(Channel& channel, std::string name, const std::string& sql);
   ~PostgresStatement() override;
   PostgresStatement(const PostgresStatement&) = delete;
   PostgresStatement& operator=(const PostgresStatement&) = delete;
@@ -61,8 +58,7 @@ class PostgresStatement : public Statement {
   bool wholeTable_;         // a dynaset's statement on a whole table
   bool declared_ = false;   // the DECLARE is prepared on the server
   bool cursorOpen_ = false;  // a cursor of this statement is open, with rows left to fetch
-  const std::uint64_t& transaction_;
-  std::optional<std::uint64_t> cursorTransaction_;  // where the last cursor was declared
+  std::uint64_t cursorLevel_ = 0;  // the transaction level the last cursor was declared in
 };
 
 }  // namespace brindlewayProj::store::postgres
