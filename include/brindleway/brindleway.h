@@ -95,7 +95,8 @@ class BRINDLEWAY_API brindleway {
   Integer BasketList(String& ReturnMsg, CollectionRef& ostrProductNameCol, Long& OrderId);
   // The order's basket rows with ProductName, Vendor, ProductPrice, Quantity and "Extended
   // Price", as a snapshot standing on its first row. orsQueryResult receives the recordset on
-  // n > 0 and on 0 (then an empty one); the caller owns it. -1 leaves it as it was.
+  // n > 0 and on 0 (then an empty one); the caller owns it. -1 when the query cannot be opened
+  // leaves it as it was; -1 "Overflow" (over 32767 rows) leaves the new recordset in it.
   Integer BasketTable(String& ReturnMsg, RecordsetRef& orsQueryResult, Long& OrderId);
   // Places the order: writes iintDelivery (1 for shipped) and, unless it is Date 0,
   // idtmDeliveryDate into the order's row, in one transaction. 1 "Success"; 0 "No records
