@@ -8,11 +8,6 @@
 namespace brindlewayProj::store::postgres {
 namespace {
 
-bool Succeeded(const PGresult* result) {
-  const ExecStatusType status = PQresultStatus(result);
-  return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
-}
-
 PGresult* Exec(PGconn* db, const Request& request) {
   return request.statement ? PQexecPrepared(db, request.statement, request.valueCount,
                                             request.values, nullptr, nullptr, 0)
@@ -28,6 +23,12 @@ bool Queue(PGconn* db, const Request& request) {
 }
 
 }  // namespace
+
+std::string ServerName(std::string_view prefix, std::uint64_t number) {
+  std::string name(prefix);
+  name += std::to_string(number);
+  return name;
+}
 
 void Channel::Open(int level, std::vector<std::string> commands) {
   for (std::string& command : commands) queued_.emplace_back(level, std::move(command));
@@ -73,8 +74,7 @@ PGresult* Channel::Send(std::initializer_list<Request> requests) {
 const std::string& Channel::PreparedCommand(const std::string& sql) {
   auto found = commands_.find(sql);
   if (found != commands_.end()) return found->second;
-  std::string name = std::to_string(commands_.size());
-  name.insert(0, 1, 't');
+  std::string name = ServerName("t", commands_.size());
   PGresult* prepared = PQprepare(db_, name.c_str(), sql.c_str(), 0, nullptr);
   if (!Succeeded(prepared)) Fail(db_, prepared);
   PQclear(prepared);

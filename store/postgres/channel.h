@@ -9,11 +9,15 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace brindlewayProj::store::postgres {
+
+// A name on the server: `prefix` and a number ("s3").
+std::string ServerName(std::string_view prefix, std::uint64_t number);
 
 // One request: a prepared statement by name with its values, or the text of one command.
 struct Request {

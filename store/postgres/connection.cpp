@@ -35,13 +35,6 @@ class PostgresSyntax : public SqlSyntax {
 
 std::string SavepointName(int level) { return "\"level" + std::to_string(level) + "\""; }
 
-// A server-side statement name: `prefix` and a number.
-std::string StatementName(std::string_view prefix, std::uint64_t number) {
-  std::string name(prefix);
-  name += std::to_string(number);
-  return name;
-}
-
 }  // namespace
 
 const SqlSyntax& Syntax() {
@@ -75,7 +68,7 @@ std::shared_ptr<Statement> PostgresConnection::Prepare(const std::string& sql) {
   return statements_.Lease(sql, [&](bool kept) {
     static thread_local std::uint64_t serving = 0;
     const std::string name =
-        kept ? StatementName("s", statements_.Size()) : StatementName("once", ++serving);
+        kept ? ServerName("s", statements_.Size()) : ServerName("once", ++serving);
     return std::make_unique<PostgresStatement>(channel_, name, sql);
   });
 }

@@ -41,11 +41,14 @@ void Fail(PGconn* db, PGresult* result) {
   throw BackendError(kind, message, detail, number);
 }
 
+bool Succeeded(const PGresult* result) {
+  const ExecStatusType status = PQresultStatus(result);
+  return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
+}
+
 void Run(PGconn* db, const char* sql) {
   PGresult* result = PQexec(db, sql);
-  if (PQresultStatus(result) != PGRES_COMMAND_OK && PQresultStatus(result) != PGRES_TUPLES_OK) {
-    Fail(db, result);
-  }
+  if (!Succeeded(result)) Fail(db, result);
   PQclear(result);
 }
 

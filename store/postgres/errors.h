@@ -16,6 +16,9 @@ FailureKind KindOf(std::string_view sqlState);
 // `result`.
 [[noreturn]] void Fail(PGconn* db, PGresult* result);
 
+// Whether a result reports success (a command done, or rows).
+bool Succeeded(const PGresult* result);
+
 // Runs a statement without values on `db` (transaction control), raising its failure.
 void Run(PGconn* db, const char* sql);
 
