@@ -56,7 +56,8 @@ std::shared_ptr<Recordset> OpenOn(const std::shared_ptr<internal::Session>& shar
       dialect::SelectSql(statement, updatable, session.Connection().Syntax(), &source);
   internal::WriteContext context{&session};
   auto prepared = internal::Guarded([&] { return session.Connection().Prepare(sql); }, context);
-  recordset->Load(std::move(prepared), statement.parameters);
+  recordset->Load(std::move(prepared), statement.parameters,
+                  updatable && statement.where.empty());
   return std::make_shared<Recordset>(std::move(recordset));
 }
 

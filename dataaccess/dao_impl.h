@@ -11,7 +11,9 @@
 // is moved to, and one row ahead: its first two rows at opening, one more at each MoveNext, the
 // rest at MoveLast; until then it keeps its statement (the cursor) and steps it on demand. The
 // row ahead lets the cursor of a one-row query end at once, so that it holds no read snapshot
-// of the store while the row is edited.
+// of the store while the row is edited. A dynaset over a whole table reads its first rows when
+// they are first asked for, not at opening: adding a row needs none of them, and a server store
+// then opens no cursor for it. Rows added before that join the picture as they would have.
 //
 // A Workspace's transaction is a count of nested levels (see dao_session.h for how each store
 // file joins it).
@@ -42,6 +44,8 @@ struct Recordset::Impl {
   std::vector<store::SqlValue> values;  // the picture, row after row, `width` values each
   std::vector<store::RowId> rowIds;     // a dynaset's row identities, one per row
   std::vector<store::RowId> added;      // rows this dynaset added, not to be read again
+  bool started = true;  // false while a whole table's first rows wait for their first need
+  std::vector<store::AddedRow> addedUnstarted;  // rows added before that, to join the picture
   std::uint64_t readStamp = 0;          // the session's stamp when the statement ran
   std::size_t rowCount = 0;               // the rows read so far
   std::ptrdiff_t position = 0;  // -1 before the first row, rowCount behind the last
@@ -62,13 +66,18 @@ struct Recordset::Impl {
   std::size_t ColumnIndex(std::string_view name) const;
   // Raises 3420 once closed, errWrongThread on another thread than the session's.
   void CheckOpen() const;
+  // CheckOpen, and reads the first rows if they are still waiting.
+  void CheckRows();
   // The value shown for a column: the edit buffer while editing, else the current row; 3021
   // off the rows.
-  const store::SqlValue& Shown(std::size_t column) const;
+  const store::SqlValue& Shown(std::size_t column);
   // Runs the statement: a snapshot reads all its rows, a dynaset its first and keeps the
-  // statement as its cursor.
+  // statement as its cursor; a dynaset over a whole table (`deferred`) leaves them waiting.
   void Load(std::shared_ptr<store::Statement> statement,
-            const std::vector<store::SqlValue>& parameters);
+            const std::vector<store::SqlValue>& parameters, bool deferred);
+  // Puts a row this dynaset added into the picture, behind the rows read (once they are).
+  void Append(store::AddedRow row);
+  void AddToPicture(store::AddedRow row);
   // Reads rows from the cursor until row `index` (from 0) is read or the rows end.
   void ReadThrough(std::size_t index);
   void ReadAll() { ReadThrough(static_cast<std::size_t>(-1)); }

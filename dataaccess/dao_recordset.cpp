@@ -20,9 +20,21 @@ void Recordset::Impl::CheckOpen() const {
   internal::CheckThread(session->Owner());
 }
 
-const store::SqlValue& Recordset::Impl::Shown(std::size_t column) const {
+void Recordset::Impl::CheckRows() {
+  CheckOpen();
+  if (started) return;
+  started = true;
+  readStamp = session->Stamp();
+  ReadThrough(1);
+  reached = rowCount ? 1 : 0;
+  for (auto& row : addedUnstarted) AddToPicture(std::move(row));
+  addedUnstarted.clear();
+}
+
+const store::SqlValue& Recordset::Impl::Shown(std::size_t column) {
   CheckOpen();
   if (mode != EditMode::kNone) return buffer[column];
+  CheckRows();
   if (position < 0 || static_cast<std::size_t>(position) >= rowCount) {
     throw store::NoCurrentRecord();
   }
@@ -30,7 +42,7 @@ const store::SqlValue& Recordset::Impl::Shown(std::size_t column) const {
 }
 
 void Recordset::Impl::Load(std::shared_ptr<store::Statement> statement,
-                           const std::vector<store::SqlValue>& parameters) {
+                           const std::vector<store::SqlValue>& parameters, bool deferred) {
   statementColumns = statement->Columns();
   width = statementColumns->size() - firstColumn;
   readStamp = session->Stamp();
@@ -39,10 +51,33 @@ void Recordset::Impl::Load(std::shared_ptr<store::Statement> statement,
   cursor = std::move(statement);
   if (snapshot) {
     ReadAll();
+  } else if (deferred) {
+    started = false;
+    return;
   } else {
     ReadThrough(1);
   }
   reached = rowCount ? 1 : 0;
+}
+
+void Recordset::Impl::Append(store::AddedRow row) {
+  if (!row.values) row.values = buffer;
+  if (cursor) added.push_back(row.id);  // the cursor may meet it again
+  if (!started) {
+    addedUnstarted.push_back(std::move(row));
+    return;
+  }
+  AddToPicture(std::move(row));
+}
+
+void Recordset::Impl::AddToPicture(store::AddedRow row) {
+  values.insert(values.end(), row.values->begin(), row.values->end());
+  rowIds.push_back(std::move(row.id));
+  ++rowCount;
+  ++reached;
+  if (position >= static_cast<std::ptrdiff_t>(rowCount) - 1) {
+    position = static_cast<std::ptrdiff_t>(rowCount) - 1;
+  }
 }
 
 // A failed step lets go of the cursor: the statement would start again from its first row.
@@ -86,30 +121,30 @@ Recordset::Recordset(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
 Recordset::~Recordset() = default;
 
 Long Recordset::RecordCount() const {
-  impl_->CheckOpen();
+  impl_->CheckRows();
   return static_cast<Long>(impl_->reached);
 }
 
 bool Recordset::Eof() const {
-  impl_->CheckOpen();
+  impl_->CheckRows();
   if (impl_->position >= 0) impl_->ReadThrough(static_cast<std::size_t>(impl_->position));
   return impl_->rowCount == 0 || impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount);
 }
 
 bool Recordset::Bof() const {
-  impl_->CheckOpen();
+  impl_->CheckRows();
   return impl_->rowCount == 0 || impl_->position < 0;
 }
 
 void Recordset::MoveFirst() {
-  impl_->CheckOpen();
+  impl_->CheckRows();
   if (impl_->rowCount == 0) throw store::NoCurrentRecord();
   impl_->DropEdit();
   impl_->position = 0;
 }
 
 void Recordset::MoveLast(Long /*options*/) {
-  impl_->CheckOpen();
+  impl_->CheckRows();
   if (impl_->rowCount == 0) throw store::NoCurrentRecord();
   impl_->DropEdit();
   impl_->ReadAll();

@@ -148,16 +148,7 @@ void Recordset::Update(Long /*updateType*/, bool force) {
       std::copy(impl_->buffer.begin(), impl_->buffer.end(),
                 impl_->values.begin() + row * impl_->width);
     } else {
-      store::AddedRow added = StoreNewRow(*impl_, context);
-      const auto& row = added.values ? *added.values : impl_->buffer;
-      impl_->values.insert(impl_->values.end(), row.begin(), row.end());
-      impl_->rowIds.push_back(added.id);
-      if (impl_->cursor) impl_->added.push_back(added.id);
-      ++impl_->rowCount;
-      ++impl_->reached;
-      if (impl_->position >= static_cast<std::ptrdiff_t>(impl_->rowCount) - 1) {
-        impl_->position = static_cast<std::ptrdiff_t>(impl_->rowCount) - 1;
-      }
+      impl_->Append(StoreNewRow(*impl_, context));
     }
     impl_->DropEdit();
   });

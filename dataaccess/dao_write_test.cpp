@@ -32,6 +32,30 @@ TEST_F(WriteTest, RollbackAndReleaseDropAnEditThatWasNotStored) {
   EXPECT_EQ(Count("Orders"), 5);
 }
 
+// A dynaset over a whole table reads its rows when first asked; a row it added before that
+// stands where it would have stood had the rows been read at opening.
+TEST_F(WriteTest, ARowAddedBeforeTheFirstReadStandsWhereItWouldHave) {
+  std::vector<String> walks[2];
+  for (bool readFirst : {true, false}) {
+    Workspace().BeginTrans();
+    auto orders = Dynaset("Orders");
+    if (readFirst) orders->RecordCount();
+    orders->AddNew();
+    orders->Collect("CustomerId", Variant(Long{1}));
+    orders->Collect("Description", Variant("added"));
+    orders->Update();
+    auto& walk = walks[readFirst];
+    walk.push_back(std::to_string(orders->RecordCount()));
+    for (orders->MoveFirst(); !orders->Eof(); orders->MoveNext()) {
+      Variant description = Value(*orders, "Description");
+      walk.push_back(IsNull(description) ? "Null" : CStr(description));
+    }
+    Workspace().Rollback();
+  }
+  EXPECT_EQ(walks[0].size(), 7u);  // RecordCount, then the five rows and the added one
+  EXPECT_EQ(walks[0], walks[1]);
+}
+
 TEST_F(WriteTest, ChangesOnlyWhatMayBeChanged) {
   const String readOnly = "Cannot update. Database or object is read-only.";
   EXPECT_STORE_ERROR(Snapshot("Orders")->Edit(), store::errNotSupported,
