@@ -81,6 +81,8 @@ struct Recordset::Impl {
   // Reads rows from the cursor until row `index` (from 0) is read or the rows end.
   void ReadThrough(std::size_t index);
   void ReadAll() { ReadThrough(static_cast<std::size_t>(-1)); }
+  // Makes room in the picture for `rows` more rows.
+  void MakeRoomFor(std::size_t rows);
   void DropEdit();
 };
 

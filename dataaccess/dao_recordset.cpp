@@ -96,6 +96,7 @@ void Recordset::Impl::ReadThrough(std::size_t index) {
               if (std::find(added.begin(), added.end(), rowId) != added.end()) return;
               rowIds.push_back(std::move(rowId));
             }
+            MakeRoomFor(cursor->RowsReady() + 1);
             for (std::size_t i = 0; i < width; ++i) {
               values.push_back(cursor->Column(static_cast<int>(firstColumn + i)));
             }
@@ -107,6 +108,13 @@ void Recordset::Impl::ReadThrough(std::size_t index) {
       throw;
     }
   }
+}
+
+// A result that holds all its rows gets room for them in one piece: the picture of a long
+// listing then neither grows by steps nor leaves its outgrown copies behind.
+void Recordset::Impl::MakeRoomFor(std::size_t rows) {
+  const std::size_t needed = values.size() + rows * width;
+  if (needed > values.capacity()) values.reserve(std::max(needed, 2 * values.capacity()));
 }
 
 void Recordset::Impl::DropEdit() {

@@ -146,6 +146,9 @@ class Statement {
   // Advances to the next row: true while a row stands.
   virtual bool Step() = 0;
   virtual SqlValue Column(int index) const = 0;
+  // The rows after the current one that the statement holds already, so that a reader can make
+  // room for them at once; 0 when the engine reads them one by one.
+  virtual std::size_t RowsReady() const { return 0; }
   virtual void Reset() = 0;
 };
 

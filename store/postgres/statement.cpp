@@ -181,6 +181,10 @@ SqlValue PostgresStatement::Column(int index) const {
   }
 }
 
+std::size_t PostgresStatement::RowsReady() const {
+  return result_ ? static_cast<std::size_t>(PQntuples(result_) - row_ - 1) : 0;
+}
+
 void PostgresStatement::Reset() {
   PQclear(result_);
   result_ = nullptr;

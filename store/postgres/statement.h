@@ -29,6 +29,7 @@ class PostgresStatement : public Statement {
   // table to add a row costs no more than a small one.
   bool Step() override;
   SqlValue Column(int index) const override;
+  std::size_t RowsReady() const override;
   void Reset() override;
   // The rows the last run changed.
   long long Changes() const;
