@@ -62,7 +62,9 @@ Variant FieldValue(const dao::Recordset& rows, const String& name) {
 }
 
 String FieldTextOrEmpty(const dao::Recordset& rows, const String& name) {
-  return FieldHasValue(rows, name) ? CStr(FieldValue(rows, name)) : String("<Empty>");
+  const Variant value = FieldValue(rows, name);
+  Variant tested = value;  // HasValue trims the text it tests; the line shows it as stored
+  return HasValue(tested) ? CStr(value) : String("<Empty>");
 }
 
 String KeyCondition(const String& field, Long key) {

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "component/return_msg.h"
+#include "platform/regional.h"
 #include <brindleway/collection.h>
 #include <brindleway/dao.h>
 
@@ -22,6 +23,7 @@ Integer RunUnderFailurePath(const String& methodName, String& ReturnMsg, Steps&&
   platform::ErrObject& err = platform::Err();
   err.Clear();
   try {
+    platform::RegionalSettingsHeld oneLocale;
     return steps();
   } catch (const platform::Error& failure) {
     err.Set(failure);

@@ -21,4 +21,15 @@ std::optional<Date> ParseDateText(const String& text);
 // The decimal separator of the regional settings ("." in US English).
 String DecimalSeparator();
 
+// While one lives, this thread's texts follow the regional settings as the first of them
+// found them, and each later text spares looking them up again: a method's dates and numbers
+// then all come from one locale.
+class RegionalSettingsHeld {
+ public:
+  RegionalSettingsHeld();
+  ~RegionalSettingsHeld();
+  RegionalSettingsHeld(const RegionalSettingsHeld&) = delete;
+  RegionalSettingsHeld& operator=(const RegionalSettingsHeld&) = delete;
+};
+
 }  // namespace brindlewayProj::platform

@@ -144,14 +144,33 @@ std::unique_ptr<RegionalFormats> BuildFormats(const String& name) {
   return formats;
 }
 
-}  // namespace
+// How many RegionalSettingsHeld live on this thread, and the formats they hold once a text
+// has asked for them.
+thread_local int holders = 0;
+thread_local const RegionalFormats* heldFormats = nullptr;
 
-const RegionalFormats& CurrentRegionalFormats() {
+// The formats of the locale in force now; built once per thread and locale, and kept.
+const RegionalFormats& LookUpFormats() {
   thread_local std::unordered_map<String, std::unique_ptr<RegionalFormats>> cache;
   const String name = CurrentLocaleName();
   auto found = cache.find(name);
   if (found == cache.end()) found = cache.emplace(name, BuildFormats(name)).first;
   return *found->second;
+}
+
+}  // namespace
+
+const RegionalFormats& CurrentRegionalFormats() {
+  if (heldFormats) return *heldFormats;
+  const RegionalFormats& formats = LookUpFormats();
+  if (holders > 0) heldFormats = &formats;
+  return formats;
+}
+
+RegionalSettingsHeld::RegionalSettingsHeld() { ++holders; }
+
+RegionalSettingsHeld::~RegionalSettingsHeld() {
+  if (--holders == 0) heldFormats = nullptr;
 }
 
 void SetRegionalLocale(const String& name) {

@@ -37,6 +37,22 @@ TEST_F(RegionalTest, DateText) {
   EXPECT_THROW(DateText(Date{NAN}), Error);
 }
 
+// Held settings stay as the first text found them until the last holder goes, nested or not.
+TEST_F(RegionalTest, HeldSettingsLastAsLongAsTheirHolders) {
+  SetRegionalLocale("de_DE");
+  {
+    RegionalSettingsHeld outer;
+    EXPECT_EQ(DateText(Date{kPiDay}), "14.03.99");
+    SetRegionalLocale("en_US");
+    {
+      RegionalSettingsHeld inner;
+      EXPECT_EQ(DateText(Date{kPiDay}), "14.03.99");
+    }
+    EXPECT_EQ(DateText(Date{kPiDay}), "14.03.99");
+  }
+  EXPECT_EQ(DateText(Date{kPiDay}), "3/14/99");
+}
+
 TEST_F(RegionalTest, ReadsDates) {
   const std::tuple<const char*, const char*, double> cases[] = {
       {"en_US", "  03-14-99  ", kPiDay},
