@@ -2,6 +2,7 @@
 #include "component/method_frame.h"
 
 #include <brindleway/brindleway.h>
+#include "dataaccess/resolved_value.h"
 
 namespace brindlewayProj::component {
 
@@ -63,8 +64,7 @@ Variant FieldValue(const dao::Recordset& rows, const String& name) {
 
 String FieldTextOrEmpty(const dao::Recordset& rows, const String& name) {
   const Variant value = FieldValue(rows, name);
-  Variant tested = value;  // HasValue trims the text it tests; the line shows it as stored
-  return HasValue(tested) ? CStr(value) : String("<Empty>");
+  return IsGivenValue(value) ? CStr(value) : String("<Empty>");
 }
 
 String KeyCondition(const String& field, Long key) {

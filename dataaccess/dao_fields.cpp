@@ -14,6 +14,16 @@ std::shared_ptr<Recordset::Impl> Lock(const std::weak_ptr<Recordset::Impl>& reco
   return locked;
 }
 
+// The Field of a column that exists, made on first need.
+const std::shared_ptr<Field>& ItemAt(Fields::Impl& fields, std::size_t column) {
+  auto& item = fields.items[column];
+  if (!item) {
+    item = std::make_shared<Field>(std::make_shared<Field::Impl>(
+        Field::Impl{fields.recordset, column}));
+  }
+  return item;
+}
+
 }  // namespace
 
 Field::Field(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
@@ -31,7 +41,7 @@ Fields::Fields(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
 Long Fields::Count() const { return static_cast<Long>(Lock(impl_->recordset)->width); }
 
 std::shared_ptr<Field> Fields::Item(const String& name) const {
-  return Item(static_cast<Long>(Lock(impl_->recordset)->ColumnIndex(name)));
+  return ItemAt(*impl_, Lock(impl_->recordset)->ColumnIndex(name));
 }
 
 std::shared_ptr<Field> Fields::Item(Long index) const {
@@ -39,12 +49,7 @@ std::shared_ptr<Field> Fields::Item(Long index) const {
   if (index < 0 || static_cast<std::size_t>(index) >= recordset->width) {
     throw store::ItemNotFound();
   }
-  auto& item = impl_->items[static_cast<std::size_t>(index)];
-  if (!item) {
-    item = std::make_shared<Field>(std::make_shared<Field::Impl>(
-        Field::Impl{impl_->recordset, static_cast<std::size_t>(index)}));
-  }
-  return item;
+  return ItemAt(*impl_, static_cast<std::size_t>(index));
 }
 
 }  // namespace brindlewayProj::dao

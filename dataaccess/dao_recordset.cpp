@@ -9,6 +9,10 @@
 namespace brindlewayProj::dao {
 
 std::size_t Recordset::Impl::ColumnIndex(std::string_view name) const {
+  // Callers mostly spell a name as the store does, which a plain comparison finds soonest.
+  for (std::size_t i = 0; i < width; ++i) {
+    if (Column(i).name == name) return i;
+  }
   for (std::size_t i = 0; i < width; ++i) {
     if (platform::EqualsIgnoringAsciiCase(Column(i).name, name)) return i;
   }

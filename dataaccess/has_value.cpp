@@ -10,8 +10,7 @@ String Trim(const String& text) {
   return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
 }
 
-bool HasValue(Variant& value) {
-  const Variant plain = ResolvedValue(value);
+bool IsGivenValue(const Variant& plain) {
   if (IsMissing(plain)) return false;
   switch (plain.vt()) {
     case vbObject:
@@ -19,19 +18,21 @@ bool HasValue(Variant& value) {
     case vbNull:
     case vbEmpty:
       return false;
-    case vbString: {
-      // Through a reference the caller's variable is trimmed; a Variant holding a Field
-      // takes the trimmed text itself, and the stored field stays as it is.
-      String trimmed = Trim(plain.AsString());
-      const bool given = !trimmed.empty();
-      value.Assign(Variant(std::move(trimmed)));
-      return given;
-    }
+    case vbString:
+      return plain.AsString().find_first_not_of(' ') != String::npos;
     case vbDate:
       return plain.AsDate().serial != 0;
     default:
       return true;
   }
+}
+
+bool HasValue(Variant& value) {
+  const Variant plain = ResolvedValue(value);
+  // Through a reference the caller's variable is trimmed; a Variant holding a Field takes the
+  // trimmed text itself, and the stored field stays as it is.
+  if (plain.vt() == vbString) value.Assign(Variant(Trim(plain.AsString())));
+  return IsGivenValue(plain);
 }
 
 }  // namespace brindlewayProj

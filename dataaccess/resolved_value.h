@@ -10,4 +10,8 @@ namespace brindlewayProj {
 // and objects without a default value come back as they are.
 Variant ResolvedValue(const Variant& value);
 
+// Whether a plain value counts as given, as HasValue tells it, without HasValue's trimming:
+// not Missing, Null, Empty, Nothing, blank text or the zero date.
+bool IsGivenValue(const Variant& plain);
+
 }  // namespace brindlewayProj
