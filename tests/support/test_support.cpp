@@ -6,6 +6,7 @@
 #include <stdlib.h>
 
 #include <fstream>
+#include <iterator>
 #include <cstdio>
 #include <cerrno>
 #include <cstdlib>
@@ -132,10 +133,24 @@ std::string SqlScalar(const std::filesystem::path& file, const std::string& sql)
   return rows.empty() ? "no row" : rows[0][0];
 }
 
+std::string ReadFile(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
 std::vector<String> Entries(const std::shared_ptr<Collection>& entries) {
   std::vector<String> texts;
   for (Long i = 1; i <= entries->Count(); ++i) texts.push_back(CStr(entries->Item(i)));
   return texts;
+}
+
+std::pair<Long, String> ErrorOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const platform::Error& failure) {
+    return {failure.Number(), failure.Description()};
+  }
+  return {0, ""};
 }
 
 MessageBoxRecorder::MessageBoxRecorder() {
