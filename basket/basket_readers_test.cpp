@@ -66,36 +66,31 @@ TEST_F(BasketReadersTest, LookupsReadTheFirstRowAsStored) {
 // syntax error, however deep it goes; up to the limit the store runs the query. The query's
 // own "( [ProductName] = ..." is one level.
 TEST_F(BasketReadersTest, DeepNestingInANameIsASyntaxErrorNotACrash) {
-  const auto repeat = [](std::string_view piece, int count) {
-    String text;
-    for (int i = 0; i < count; ++i) text += piece;
-    return text;
-  };
   const int limit = store::dialect::kMaxNesting;
-  const struct Case {
-    std::string_view open, close;
-    int count;
-    bool refused;
-  } cases[] = {
+  // The opening and closing pieces, how often they nest, and whether that is refused.
+  const std::tuple<std::string_view, std::string_view, int, bool> cases[] = {
       {"(", ")", limit - 1, false}, {"Not (", ")", (limit - 1) / 2, false},
       {"(", ")", limit, true},      {"Not (", ")", limit / 2, true},
       {"(", ")", 20'000, true},     {"Not ", "", 100'000, true},
   };
-  for (const Case& c : cases) {
-    String product = "x\" Or " + repeat(c.open, c.count) + "\"1\" = \"1\"" +
-                     repeat(c.close, c.count) + " Or \"1";
+  for (const auto& [open, close, count, refused] : cases) {
+    String product = "x\" Or ";
+    for (int i = 0; i < count; ++i) product += open;
+    product += "\"1\" = \"1\"";
+    for (int i = 0; i < count; ++i) product += close;
+    product += " Or \"1";
     String name = "kept";
     Long quantity = -1;
     const Integer status = shop_->LookupOrderedProduct(msg_, name, quantity, product);
-    if (c.refused) {
+    if (refused) {
       const String clause = "( [ProductName] = \"" + product + "\" )";
       const String expected =
           "<CompError: brindleway.LookupOrderedProduct> Syntax error in query expression '" +
           clause + "'.";
-      EXPECT_EQ(status, -1) << c.open << " x" << c.count;
-      EXPECT_TRUE(msg_ == expected) << c.open << " x" << c.count << ": " << msg_.substr(0, 200);
+      EXPECT_EQ(status, -1) << open << " x" << count;
+      EXPECT_TRUE(msg_ == expected) << open << " x" << count << ": " << msg_.substr(0, 200);
     } else {
-      EXPECT_GT(status, 0) << c.open << " x" << c.count << ": " << msg_;
+      EXPECT_GT(status, 0) << open << " x" << count << ": " << msg_;
     }
   }
 }

@@ -1,13 +1,17 @@
-// Variant kinds, and references that read and write a caller's variable.
+// Variant kinds, references that read and write a caller's variable, HasValue, and the
+// Collection the lists are handed over in.
 #include <brindleway/variant.h>
 
 #include <gtest/gtest.h>
 
 #include <brindleway/collection.h>
 #include "dataaccess/field_like_test.h"
+#include "tests/support/test_support.h"
 
 namespace brindlewayProj {
 namespace {
+
+using testing::FieldHolding;
 
 TEST(VariantTest, KindWordsRawAndSeenThrough) {
   String text = "x";
@@ -20,7 +24,7 @@ TEST(VariantTest, KindWordsRawAndSeenThrough) {
       {Variant::Null(), vbNull, vbNull},
       {Variant::Missing(), vbError, vbError},
       {nullptr, vbObject, vbObject},
-      {testing::FieldHolding(0.5), vbObject, vbDouble},
+      {FieldHolding(0.5), vbObject, vbDouble},
       {Variant::ByRef(text), 16392, vbString},
       {Variant::ByRef(date), 16391, vbDate},
       {Variant::ByRef(integer), 16386, vbInteger},
@@ -30,8 +34,8 @@ TEST(VariantTest, KindWordsRawAndSeenThrough) {
     EXPECT_EQ(value.vt(), raw);
     EXPECT_EQ(VarType(value), seen) << raw;
   }
-  EXPECT_TRUE(IsNull(testing::FieldHolding(Variant::Null())));
-  EXPECT_TRUE(IsObject(testing::FieldHolding(Variant::Null())));
+  EXPECT_TRUE(IsNull(FieldHolding(Variant::Null())));
+  EXPECT_TRUE(IsObject(FieldHolding(Variant::Null())));
 }
 
 // A reference reads and writes the caller's variable, also through a copy, converting to the
@@ -63,6 +67,46 @@ TEST(VariantTest, ReferenceReadsAndWritesTheCallersVariable) {
   Variant plain(Long{1});  // a plain Variant takes the value and its kind
   plain.Assign(Variant::ByRef(text));
   EXPECT_EQ(plain.vt(), vbString);
+}
+
+// HasValue on the kinds the component's own calls do not pass (those are checked through the
+// readers and writers): tabs are no blanks, an Error and an object are values, Nothing and a
+// Field without value are not; the trim reaches the caller's variable through a reference.
+TEST(HasValueTest, AnswersByKindAndTrimsWhereTheValueCameFrom) {
+  for (Variant value : {Variant::Missing(), Variant(), Variant(nullptr), FieldHolding("  "),
+                        FieldHolding(Date{0})}) {
+    EXPECT_FALSE(HasValue(value)) << value.vt();
+  }
+  for (Variant value : {Variant("\t"), Variant(Date{0.5}), Variant(false), Variant::Error(5),
+                        Variant(std::make_shared<Collection>()), FieldHolding(Long{0})}) {
+    EXPECT_TRUE(HasValue(value)) << value.vt();
+  }
+  String member = "  /srv/shop.mdb ";
+  Variant reference = Variant::ByRef(member);
+  EXPECT_TRUE(HasValue(reference));
+  EXPECT_EQ(member, "/srv/shop.mdb");
+  EXPECT_EQ(Trim("\t a \t "), "\t a \t");  // blanks only
+}
+
+// Numbering from 1, a copy of each item, removal moving the rest up, indexes out of range.
+TEST(CollectionTest, AddItemRemove) {
+  Collection list;
+  String name = "Teapot";
+  list.Add(Variant::ByRef(name));
+  list.Add(Long{7});
+  list.Add(Long{8});
+  name = "changed later";
+  EXPECT_EQ(list.Item(1).AsString(), "Teapot");
+  list.Remove(1);
+  list.Remove(2);
+  ASSERT_EQ(list.Count(), 1);
+  EXPECT_EQ(list.Item(1).AsLong(), 7);
+  for (Long index : {0, 2, std::numeric_limits<Long>::min()}) {
+    EXPECT_EQ(testing::ErrorOf([&] { list.Remove(index); }).first, platform::errSubscriptOutOfRange)
+        << index;
+    EXPECT_THROW(list.Item(index), platform::Error);
+  }
+  EXPECT_EQ(list.Count(), 1);
 }
 
 }  // namespace

@@ -21,13 +21,8 @@ TEST(DispatchTest, ArgumentsArePlacedConvertedAndWrittenBackOrRefused) {
   testing::MakeStore(dir);
   brindleway object;
   // The number of the error that the call raises, or 0.
-  const auto errorOf = [&object](const char* name, std::vector<Argument> arguments) -> Long {
-    try {
-      InvokeMethod(object, *FindMethod(name), arguments);
-    } catch (const Error& failure) {
-      return failure.Number();
-    }
-    return 0;
+  const auto errorOf = [&object](const char* name, std::vector<Argument> arguments) {
+    return testing::ErrorOf([&] { InvokeMethod(object, *FindMethod(name), arguments); }).first;
   };
   String message;
   Long orderId = 0;

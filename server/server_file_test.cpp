@@ -8,8 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
-#include <iterator>
 #include <memory>
 #include <regex>
 
@@ -24,15 +22,7 @@
 namespace brindlewayProj::server {
 namespace {
 
-// The number and description of the error that `action` raises, or 0 and "".
-std::pair<Long, String> ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const platform::Error& failure) {
-    return {failure.Number(), failure.Description()};
-  }
-  return {0, ""};
-}
+using testing::ErrorOf;
 
 // The registry file is named by BRINDLEWAY_REGISTRY, else found under XDG_CONFIG_HOME, else
 // under HOME. Registration is found in any case and taken out again whole: the file is then as
@@ -56,22 +46,18 @@ TEST(RegistryTest, WhereTheFileLiesAndWhatItKeeps) {
 
   testing::TempDir dir;
   const auto file = dir / "config" / "registry";
-  const auto contents = [&file] {
-    std::ifstream in(file);
-    return String(std::istreambuf_iterator<char>(in), {});
-  };
   Registry registry = Registry::Load(file);  // no file yet: empty
   registry.Set(ProgId() + "Admin\\CLSID", "{0}");
   registry.Set("CLSID\\{0}\\InprocServer32", "/lib/admin.so?a=b");
   registry.Save();
-  const String before = contents();
+  const String before = testing::ReadFile(file);
   RegisterServer(registry, "/opt/brindleway/brindlewayProj.so");
   registry.Save();
   EXPECT_EQ(FindServer(Registry::Load(file), "BRINDLEWAYPROJ.brindleway")->library,
             "/opt/brindleway/brindlewayProj.so");
   UnregisterServer(registry);
   registry.Save();
-  EXPECT_EQ(contents(), before);
+  EXPECT_EQ(testing::ReadFile(file), before);
   EXPECT_EQ(FindServer(Registry::Load(file), ProgId() + "admin")->library, "/lib/admin.so?a=b");
 
   EXPECT_THROW(registry.Set("a=b", "c"), platform::Error);

@@ -67,7 +67,7 @@ TEST_F(SaleLimitsTest, CountsAnswer32767AndOverflowAt32768) {
   EXPECT_EQ(customer, -1) << "OrderDetail wrote an out-parameter past the overflow";
   EXPECT_EQ(shop_->RemoveFromBasket(msg_, order, tea), -1);
   EXPECT_EQ(msg_, "<CompError: brindleway.RemoveFromBasket> Overflow");
-  EXPECT_EQ(Scalar("SELECT count(*) FROM OrderBasket WHERE OrderId = 1"), "0");
+  EXPECT_EQ(SqlScalar(store_, "SELECT count(*) FROM OrderBasket WHERE OrderId = 1"), "0");
 }
 
 // The steps of each call beside `orders` orders of other customers and products.

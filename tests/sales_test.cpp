@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <random>
 #include <sstream>
@@ -158,15 +159,6 @@ std::filesystem::path MakeSalesStore(const TempDir& dir) {
   return file;
 }
 
-// What is written to `fd` until every writer has closed it.
-std::string ReadToEnd(int fd) {
-  std::string text;
-  char buffer[4096];
-  for (ssize_t got; (got = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, got);
-  close(fd);
-  return text;
-}
-
 // After each kill the store is sound and holds every acknowledged write, and the call under way
 // whole or not at all. A kill ends the process, not the machine: this proves the commits, not
 // the disk's flushes. BRINDLEWAY_CRASH_SEED and BRINDLEWAY_CRASH_KILLS override the run.
@@ -204,7 +196,8 @@ TEST(CrashTest, SalesKilledAtRandomMomentsLoseNoAcknowledgedWriteAndHalfChangeNo
     kill(child, SIGKILL);
     int status = 0;
     waitpid(child, &status, 0);
-    const std::string said = ReadToEnd(ends[0]);
+    const std::string said = ReadFile("/dev/fd/" + std::to_string(ends[0]));  // to the end
+    close(ends[0]);
     ASSERT_TRUE(started) << "the child never became ready: " << said;
     const std::optional<Call> pending = model.Replay(said);
     ASSERT_FALSE(HasFailure());
@@ -239,9 +232,7 @@ std::string SellOnThreads(Long first) {
                            [&, i](const std::string& line) { said[i] += line + "\n"; });
     }
   }
-  std::string all;
-  for (const std::string& text : said) all += text;
-  return all;
+  return std::accumulate(said.begin(), said.end(), std::string());
 }
 
 // Threads here and in a second process, as web servers would run them, each with a customer.
@@ -259,7 +250,8 @@ TEST(ThreadTest, SellersOnThreadsOfTwoProcessesLoseAndMixUpNothing) {
   close(report[1]);
   std::string said = SellOnThreads(31);
   platform::App::SetPath("");
-  said += ReadToEnd(report[0]);
+  said += ReadFile("/dev/fd/" + std::to_string(report[0]));
+  close(report[0]);
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the second process: " << status;
@@ -276,25 +268,18 @@ TEST(ThreadTest, ACallFromAnotherThreadIsRefusedAndTheObjectLivesOn) {
   brindleway shop;
   auto late = server::BrindlewayClassFactory().CreateInstance();
   platform::App::SetPath("");
-  const String wrongThread =
-      "The application called an interface that was marshalled for a different thread.";
+  const std::pair<Long, String> wrongThread(
+      platform::errWrongThread,
+      "The application called an interface that was marshalled for a different thread.");
   String msg;
   Long order = 1, customer = 1;
   auto names = std::make_shared<Collection>();
   std::vector<server::Argument> arguments{{"", Variant()}, {"", Variant(Long{1})}};
-  auto refused = [&](const std::function<void()>& call) {
-    try {
-      call();
-    } catch (const platform::Error& failure) {
-      return failure.Number() == platform::errWrongThread && failure.Description() == wrongThread;
-    }
-    return false;
-  };
   std::thread([&] {
     EXPECT_EQ(shop.BasketList(msg, names, order), -1);
-    EXPECT_EQ(msg, "<CompError: brindleway.BasketList> " + wrongThread);
-    EXPECT_TRUE(refused([&] { shop.StartNewOrder(msg, order, customer); }));
-    EXPECT_TRUE(refused([&] { late->Invoke("DeleteAnOrder", arguments); })) << "late-bound";
+    EXPECT_EQ(msg, "<CompError: brindleway.BasketList> " + wrongThread.second);
+    EXPECT_EQ(ErrorOf([&] { shop.StartNewOrder(msg, order, customer); }), wrongThread);
+    EXPECT_EQ(ErrorOf([&] { late->Invoke("DeleteAnOrder", arguments); }), wrongThread);
   }).join();
   EXPECT_EQ(shop.BasketList(msg, names, order), 3) << msg;
 }

@@ -23,12 +23,6 @@ struct ProgramRun {
   String out, err;
 };
 
-String Slurp(const std::filesystem::path& file) {
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  return text.str();
-}
-
 // Every line of `text` as JSON.
 std::vector<json> JsonLines(const String& text) {
   std::vector<json> lines;
@@ -53,7 +47,8 @@ class ProgramTest : public ::testing::Test {
                      BRINDLEWAY_PROGRAM;
     for (const String& word : words) command += " '" + word + "'";
     const int status = std::system((command + " <in >out 2>err").c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(dir_ / "out"), Slurp(dir_ / "err")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, testing::ReadFile(dir_ / "out"),
+            testing::ReadFile(dir_ / "err")};
   }
   // The words of a call on the sample store.
   std::vector<String> On(std::vector<String> words) const {

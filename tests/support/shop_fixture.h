@@ -34,7 +34,6 @@ class ShopTest : public ::testing::Test {
   }
 
   void Sql(const std::string& statements) { SqlRows(store_, statements); }
-  std::string Scalar(const std::string& query) { return SqlScalar(store_, query); }
 
   ComponentFolder dir_;
   std::filesystem::path store_;

@@ -6,11 +6,12 @@
 #include <stdlib.h>
 
 #include <fstream>
+#include <iterator>
 #include <cstdio>
 #include <cerrno>
 #include <cstdlib>
+#include <regex>
 #include <system_error>
-#include <set>
 
 #include <brindleway/hooks.h>
 #include "platform/message_box.h"
@@ -34,9 +35,8 @@ class EngineEnvironment : public ::testing::Environment {
     std::fprintf(stderr, "no PostgreSQL server: %s%s\n", missing->c_str(),
                  required ? "" : "run these tests with one: pg_virtualenv ctest -L postgres");
     std::fflush(stderr);
-    std::_Exit(required ? 1 : kSkipped);
+    std::_Exit(required ? 1 : 77);  // 77: skipped, for ctest
   }
-  static constexpr int kSkipped = 77;
   void TearDown() override {
     for (const auto& uri : databases) store::postgres::DropDatabaseForTesting(uri);
   }
@@ -46,27 +46,21 @@ class EngineEnvironment : public ::testing::Environment {
 EngineEnvironment& engine =
     *static_cast<EngineEnvironment*>(::testing::AddGlobalTestEnvironment(new EngineEnvironment));
 
-// `sql` with the reference schema's names quoted where they stand bare.
+// `sql` with the reference schema's names quoted where they stand bare: outside the literals
+// and quoted names, which are copied as they are.
 std::string QuoteSchemaNames(const std::string& sql) {
-  static const std::set<std::string, std::less<>> names = {
-      "Customers", "Products", "Orders", "OrderBasket", "OrdersWithNames", "BasketList",
-      "CustomerId", "FirstName", "LastName", "ProductId", "ProductName", "Vendor",
-      "ProductPrice", "OrderId", "OrderDate", "DeliveryDate", "Delivery", "Description",
-      "Quantity"};
-  static const std::string wordCharacters =
-      "_0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  static const std::regex piece(
+      "('[^']*'|\"[^\"]*\")|\\b(Customers|Products|Orders|OrderBasket|OrdersWithNames|BasketList|"
+      "CustomerId|FirstName|LastName|ProductId|ProductName|Vendor|ProductPrice|OrderId|OrderDate|"
+      "DeliveryDate|Delivery|Description|Quantity)\\b");
   std::string quoted;
-  for (std::size_t i = 0, end = 0; i < sql.size(); i = end) {
-    if (sql[i] == '\'' || sql[i] == '"') {  // a literal or a quoted name, copied as it is
-      end = std::min(sql.find(sql[i], i + 1), sql.size() - 1) + 1;
-    } else {  // a word, or one other character
-      end = std::min(sql.find_first_not_of(wordCharacters, i), sql.size());
-      end = std::max(end, i + 1);
-    }
-    const std::string_view piece(sql.data() + i, end - i);
-    quoted += names.contains(piece) ? '"' + std::string(piece) + '"' : std::string(piece);
+  auto rest = sql.begin();
+  for (std::sregex_iterator found(sql.begin(), sql.end(), piece), end; found != end; ++found) {
+    quoted.append(rest, (*found)[0].first);
+    quoted += (*found)[2].matched ? '"' + found->str(2) + '"' : found->str(1);
+    rest = (*found)[0].second;
   }
-  return quoted;
+  return quoted.append(rest, sql.end());
 }
 
 }  // namespace
@@ -132,10 +126,24 @@ std::string SqlScalar(const std::filesystem::path& file, const std::string& sql)
   return rows.empty() ? "no row" : rows[0][0];
 }
 
+std::string ReadFile(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
 std::vector<String> Entries(const std::shared_ptr<Collection>& entries) {
   std::vector<String> texts;
   for (Long i = 1; i <= entries->Count(); ++i) texts.push_back(CStr(entries->Item(i)));
   return texts;
+}
+
+std::pair<Long, String> ErrorOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const platform::Error& failure) {
+    return {failure.Number(), failure.Description()};
+  }
+  return {0, ""};
 }
 
 MessageBoxRecorder::MessageBoxRecorder() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,8 +42,14 @@ std::vector<SqlRow> SqlRows(const std::filesystem::path& file, const std::string
 // The first column of the first row of `sql`, or "no row".
 std::string SqlScalar(const std::filesystem::path& file, const std::string& sql);
 
+// What `file` holds ("" when it cannot be read).
+std::string ReadFile(const std::filesystem::path& file);
+
 // The entries of a collection, in order, as texts.
 std::vector<String> Entries(const std::shared_ptr<Collection>& entries);
+
+// The number and description of the error that `action` raises, or 0 and "".
+std::pair<Long, String> ErrorOf(const std::function<void()>& action);
 
 // Records every message box shown while it lives, answering OK; restores the default after.
 class MessageBoxRecorder {
