@@ -1,5 +1,6 @@
 // Dates as text: the regional short date and long time, with plain blanks.
 #include <cmath>
+#include <cstdint>
 #include <unordered_map>
 
 #include "platform/calendar.h"
@@ -26,7 +27,7 @@ constexpr double kMillisPerDay = 86400000;
 class MadeTexts {
  public:
   template <class Make>
-  const String& Get(const RegionalFormats& formats, double key, Make make) {
+  const String& Get(const RegionalFormats& formats, std::int64_t key, Make make) {
     if (madeWith_ != &formats || made_.size() >= 8192) {
       made_.clear();
       madeWith_ = &formats;
@@ -38,7 +39,7 @@ class MadeTexts {
 
  private:
   const RegionalFormats* madeWith_ = nullptr;
-  std::unordered_map<double, String> made_;
+  std::unordered_map<std::int64_t, String> made_;
 };
 
 // The short date of a day (its number) with the year as the platform writes it.
@@ -50,9 +51,9 @@ String DayText(double dayNumber, int year, const RegionalFormats& formats) {
 }
 
 // The long time of a second of the day.
-String TimeText(double secondOfDay, const RegionalFormats& formats) {
+String TimeText(int secondOfDay, const RegionalFormats& formats) {
   icu::UnicodeString text;
-  return PlainText(formats.longTime->format(secondOfDay * 1000, text));
+  return PlainText(formats.longTime->format(secondOfDay * 1000.0, text));
 }
 
 }  // namespace
@@ -62,16 +63,18 @@ String TimeText(double secondOfDay, const RegionalFormats& formats) {
 String DateText(Date value) {
   const auto civil = ToCivil(value);
   if (!civil) Raise(errOverflow);
-  CivilTime day = *civil;
-  day.hour = day.minute = day.second = 0;
-  const double dayNumber = FromCivil(day)->serial;
-  const double secondOfDay = civil->hour * 3600 + civil->minute * 60 + civil->second;
+  const bool hasDay = civil->year != 1899 || civil->month != 12 || civil->day != 30;
+  const int secondOfDay = civil->hour * 3600 + civil->minute * 60 + civil->second;
   const RegionalFormats& formats = CurrentRegionalFormats();
   thread_local MadeTexts days, times;
   const auto time = [&] { return TimeText(secondOfDay, formats); };
-  if (dayNumber == 0) return times.Get(formats, secondOfDay, time);
-  String text =
-      days.Get(formats, dayNumber, [&] { return DayText(dayNumber, civil->year, formats); });
+  if (!hasDay) return times.Get(formats, secondOfDay, time);
+  const std::int64_t dayKey = (civil->year * 16LL + civil->month) * 32 + civil->day;
+  String text = days.Get(formats, dayKey, [&] {
+    CivilTime day = *civil;
+    day.hour = day.minute = day.second = 0;
+    return DayText(FromCivil(day)->serial, civil->year, formats);
+  });
   if (secondOfDay != 0) {
     text += ' ';
     text += times.Get(formats, secondOfDay, time);
