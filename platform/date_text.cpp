@@ -63,12 +63,13 @@ String TimeText(int secondOfDay, const RegionalFormats& formats) {
 String DateText(Date value) {
   const auto civil = ToCivil(value);
   if (!civil) Raise(errOverflow);
-  const bool hasDay = civil->year != 1899 || civil->month != 12 || civil->day != 30;
+  // Day 0 (30 Dec 1899) is no day at all: its text is the time alone.
+  const bool dayZero = civil->year == 1899 && civil->month == 12 && civil->day == 30;
   const int secondOfDay = civil->hour * 3600 + civil->minute * 60 + civil->second;
   const RegionalFormats& formats = CurrentRegionalFormats();
   thread_local MadeTexts days, times;
   const auto time = [&] { return TimeText(secondOfDay, formats); };
-  if (!hasDay) return times.Get(formats, secondOfDay, time);
+  if (dayZero) return times.Get(formats, secondOfDay, time);
   const std::int64_t dayKey = (civil->year * 16LL + civil->month) * 32 + civil->day;
   String text = days.Get(formats, dayKey, [&] {
     CivilTime day = *civil;
