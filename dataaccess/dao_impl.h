@@ -66,10 +66,12 @@ struct Recordset::Impl {
   std::size_t ColumnIndex(std::string_view name) const;
   // Raises 3420 once closed, errWrongThread on another thread than the session's.
   void CheckOpen() const;
-  // CheckOpen, and reads the first rows if they are still waiting.
+  // CheckOpen, then ReadFirstRows.
   void CheckRows();
-  // The value shown for a column: the edit buffer while editing, else the current row; 3021
-  // off the rows.
+  // Reads the first rows if they are still waiting.
+  void ReadFirstRows();
+  // The value shown for a column of an open recordset (the caller checks): the edit buffer
+  // while editing, else the current row; 3021 off the rows.
   const store::SqlValue& Shown(std::size_t column);
   // Runs the statement: a snapshot reads all its rows, a dynaset its first and keeps the
   // statement as its cursor; a dynaset over a whole table (`deferred`) leaves them waiting.
@@ -81,7 +83,7 @@ struct Recordset::Impl {
   // Reads rows from the cursor until row `index` (from 0) is read or the rows end.
   void ReadThrough(std::size_t index);
   void ReadAll() { ReadThrough(static_cast<std::size_t>(-1)); }
-  // Makes room in the picture for `rows` more rows.
+  // Makes room in the picture for `rows` more rows; called when the next row would not fit.
   void MakeRoomFor(std::size_t rows);
   void DropEdit();
 };

@@ -26,6 +26,10 @@ void Recordset::Impl::CheckOpen() const {
 
 void Recordset::Impl::CheckRows() {
   CheckOpen();
+  ReadFirstRows();
+}
+
+void Recordset::Impl::ReadFirstRows() {
   if (started) return;
   started = true;
   readStamp = session->Stamp();
@@ -36,9 +40,8 @@ void Recordset::Impl::CheckRows() {
 }
 
 const store::SqlValue& Recordset::Impl::Shown(std::size_t column) {
-  CheckOpen();
   if (mode != EditMode::kNone) return buffer[column];
-  CheckRows();
+  ReadFirstRows();
   if (position < 0 || static_cast<std::size_t>(position) >= rowCount) {
     throw store::NoCurrentRecord();
   }
@@ -100,7 +103,7 @@ void Recordset::Impl::ReadThrough(std::size_t index) {
               if (std::find(added.begin(), added.end(), rowId) != added.end()) return;
               rowIds.push_back(std::move(rowId));
             }
-            MakeRoomFor(cursor->RowsReady() + 1);
+            if (values.size() + width > values.capacity()) MakeRoomFor(cursor->RowsReady() + 1);
             for (std::size_t i = 0; i < width; ++i) {
               values.push_back(cursor->Column(static_cast<int>(firstColumn + i)));
             }
